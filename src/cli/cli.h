@@ -1,0 +1,54 @@
+#pragma once
+// The headless command-line front end: one function per command word.
+
+#include <string>
+#include <vector>
+
+namespace Vantora_TesserinePro {
+class Global;
+}
+
+namespace Vantora_TesserinePro::cli {
+
+using args = std::vector<std::string>;
+
+int cmd_new(const args& a);
+int cmd_info(const args& a);
+int cmd_presets(const args& a);
+int cmd_route(const args& a);
+int cmd_render(const args& a);
+int cmd_export_resolume(const args& a);
+
+// Exit statuses.
+constexpr int exit_ok = 0;
+constexpr int exit_failure = 1; // an output could not be written, a build failed
+constexpr int exit_bad_input = 2; // bad arguments or a bad input file
+
+// Prints "tesserine: PROBLEM" and the usage on standard error; returns 2.
+int usage_error(const std::string& problem);
+// Prints "tesserine: FILE: PROBLEM" on standard error; returns status.
+int file_error(const std::string& file, const std::string& problem, int status = exit_bad_input);
+std::string usage_text();
+
+// Loads FILE as a file request does (the project is loaded, then index 0 is
+// selected when there are layers). A missing, unreadable or foreign file is
+// reported and gives a non-zero status; 0 on success.
+int load_for_request(Global& global, const std::string& file);
+
+// Splits "-o OUT" and flags out of a, leaving the positional words.
+struct parsed_args {
+    std::vector<std::string> positional;
+    std::vector<std::string> flags; // "--x" words without a value
+    std::string output;             // value of -o
+    bool has_output = false;
+    std::string layer;              // value of --layer
+    bool has_layer = false;
+    std::string error;              // set when the words do not parse
+};
+parsed_args parse_args(const args& a, const std::vector<std::string>& known_flags,
+                       bool takes_output, bool takes_layer);
+
+// Text as a JSON string literal.
+std::string json_string(const std::string& text);
+
+} // namespace Vantora_TesserinePro::cli

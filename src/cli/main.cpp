@@ -1,0 +1,47 @@
+// tesserine: with a command word it works headless; otherwise it would open
+// the window.
+
+#include "cli/cli.h"
+#include "core/diagnostics.h"
+
+#include <QGuiApplication>
+
+#include <cstdlib>
+#include <iostream>
+#include <map>
+
+using namespace Vantora_TesserinePro;
+
+int main(int argc, char** argv) {
+    static const std::map<std::string, int (*)(const cli::args&)> commands = {
+        {"new", &cli::cmd_new},
+        {"info", &cli::cmd_info},
+        {"presets", &cli::cmd_presets},
+        {"route", &cli::cmd_route},
+        {"render", &cli::cmd_render},
+        {"export-resolume", &cli::cmd_export_resolume},
+    };
+    if (argc < 2) return cli::usage_error("no command given (the window is not part of this build)");
+    const std::string word = argv[1];
+    if (word == "--help" || word == "-h" || word == "help") {
+        std::cout << cli::usage_text();
+        return cli::exit_ok;
+    }
+    auto it = commands.find(word);
+    if (it == commands.end()) return cli::usage_error("unknown command \"" + word + "\"");
+
+    // Headless: fonts and image codecs without a display.
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+    int qt_argc = 1; // keep Qt away from our own arguments
+    QGuiApplication app(qt_argc, argv);
+
+    // Standard output carries only the command's result.
+    set_diagnostics_out(&std::cerr);
+    cli::args rest(argv + 2, argv + argc);
+    try {
+        return it->second(rest);
+    } catch (const std::exception& e) {
+        std::cerr << "tesserine: " << e.what() << std::endl;
+        return cli::exit_failure;
+    }
+}

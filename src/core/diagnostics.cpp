@@ -1,0 +1,40 @@
+#include "core/diagnostics.h"
+
+#include <cstdarg>
+#include <cstdio>
+#include <iostream>
+
+namespace Vantora_TesserinePro {
+
+namespace {
+std::ostream* g_diagnostics = &std::cout;
+std::ostream* g_parse_errors = &std::cerr;
+std::ostream* g_debug = nullptr;
+} // namespace
+
+std::ostream& diagnostics_out() { return *g_diagnostics; }
+void diagnostics_line(const std::string& text) { *g_diagnostics << text << std::endl; }
+
+void diagnostics_printf(const char* format, ...) {
+    va_list args;
+    va_start(args, format);
+    va_list copy;
+    va_copy(copy, args);
+    const int n = std::vsnprintf(nullptr, 0, format, copy);
+    va_end(copy);
+    std::string text(n > 0 ? std::size_t(n) : 0, '\0');
+    if (n > 0) std::vsnprintf(text.data(), text.size() + 1, format, args);
+    va_end(args);
+    *g_diagnostics << text << std::flush;
+}
+
+void set_diagnostics_out(std::ostream* stream) { g_diagnostics = stream ? stream : &std::cout; }
+std::ostream& parse_error_out() { return *g_parse_errors; }
+void set_parse_error_out(std::ostream* stream) { g_parse_errors = stream ? stream : &std::cerr; }
+
+void output_debug_string(const std::string& text) {
+    if (g_debug) *g_debug << text;
+}
+void set_debug_out(std::ostream* stream) { g_debug = stream; }
+
+} // namespace Vantora_TesserinePro

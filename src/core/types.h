@@ -1,0 +1,36 @@
+#pragma once
+// Basic vocabulary shared by the whole core.
+
+#include <QImage>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace Vantora_TesserinePro {
+
+template <class T> using pointer = std::shared_ptr<T>;
+template <class T> using pointer_array = std::vector<std::shared_ptr<T>>;
+using string = std::string;
+using string_array = std::vector<std::string>;
+
+// Drawing targets are premultiplied ARGB32, QPainter's fast path.
+using image = QImage;
+constexpr QImage::Format image_format = QImage::Format_ARGB32_Premultiplied;
+
+// Largest drawing target the program allocates: beyond this a raster or
+// layer of absurd size is refused instead of exhausting memory. 32768 is
+// QImage's own side limit; 2^29 pixels is 2 GiB of ARGB.
+constexpr int max_image_side = 32767;
+constexpr unsigned long long max_image_pixels = 1ull << 29;
+
+// Layer type as stored in files.
+enum enum_layer : int {
+    e_layer_boxes = 1,
+    e_layer_image = 2,
+};
+
+// Record type of the raster label in project files; not a layer type.
+constexpr int raster_label_record_type = 100;
+
+} // namespace Vantora_TesserinePro

@@ -1,0 +1,43 @@
+#pragma once
+// The data path: the order in which a screen layer's cabinets are chained
+// onto processor ports.
+
+#include <cstdint>
+#include <vector>
+
+namespace Vantora_TesserinePro {
+
+class boxes_layer;
+
+namespace Snake {
+
+struct box {
+    std::uint32_t column = 0;
+    std::uint32_t row = 0;
+    float x0 = 0, y0 = 0, x1 = 0, y1 = 0;
+    std::uint8_t starts_port = 0;
+    std::uint8_t start_known = 0;
+    std::uint8_t ends_port = 0;
+    std::uint8_t end_known = 0;
+
+    bool is_port_start() const { return start_known && starts_port; }
+    bool is_port_end() const { return end_known && ends_port; }
+    std::uint32_t id() const { return (column << 16) | (row & 0xFFFF); }
+};
+
+using run = std::vector<box>;
+using route = std::vector<box>;
+
+// Pixel count: ceil of the area in single precision, truncated.
+int pixel_count(const box& b);
+
+// The route that drawing the data path uses: the custom path when
+// CustomDataPath is set, else the "Novastar" or "Other Type" router.
+// Throws std::runtime_error("Some panels consume more pixels then limit used.")
+// when a "Novastar" port cannot hold a line.
+route make_route(const boxes_layer& layer);
+
+extern const char* const limit_failure_text;
+
+} // namespace Snake
+} // namespace Vantora_TesserinePro

@@ -1,0 +1,185 @@
+#pragma once
+// The workspace controller: owns the current project and its layer stack,
+// the presets, the raster size and label, the composite frame and the flag
+// that says the frame must be rebuilt.
+
+#include "core/file_path.h"
+#include "core/types.h"
+#include "document/project.h"
+#include "document/workspace_host.h"
+#include "render/image_wrap.h"
+
+#include <atomic>
+#include <functional>
+#include <mutex>
+
+namespace Vantora_TesserinePro {
+
+class app_layer;
+class boxes_layer;
+class image_layer;
+namespace nano2d {
+class context;
+}
+
+class Global {
+public:
+    // --- lifecycle
+    // host may be null: the headless defaults then serve.
+    explicit Global(workspace_host* host = nullptr);
+    virtual ~Global();
+    Global(const Global&) = delete;
+    Global& operator=(const Global&) = delete;
+    virtual void initialize_main();
+    virtual void finalize_main();
+    workspace_host& host() const { return *m_host; }
+    void set_host(workspace_host* host);
+
+    // --- document access
+    project* current_project() { return m_project.get(); }
+    pointer<project> current_project_pointer() const { return m_project; }
+    pointer_array<app_layer>& get_presets() { return presets; }
+    long long get_presets_count() const { return (long long)presets.size(); }
+    pointer<app_layer> get_layer(long long index) const;
+    long long get_layers_count() const;
+    long long get_current_layer_id() const { return current_layer_index; }
+    pointer<app_layer> current_layer() const { return get_layer(current_layer_index); }
+    pointer<boxes_layer> current_boxes_layer() const;
+    pointer<image_layer> current_image_layer() const;
+    void set_current_layer_index(long long index);
+    int get_paper_width() const { return paper_width < 2 ? 1 : paper_width; }
+    int get_paper_height() const { return paper_height < 2 ? 1 : paper_height; }
+    void set_paper_width(int value);
+    void set_paper_height(int value);
+    void set_is_retina(bool value);
+    bool is_retina() const { return m_is_retina; }
+    file::path getFolderToSaveData() const;
+    string getAppNameForStorage() const;
+    nano2d::context* getContext() const { return nullptr; }
+
+    // --- creating, moving and removing layers
+    pointer<app_layer> create_layer(enum_layer type);
+    pointer<app_layer> create_layer_from_parameters(enum_layer type, const string& parameters);
+    pointer<boxes_layer> new_boxes_layer();
+    pointer<image_layer> new_image_layer();
+    void insert_layer_at(const pointer<app_layer>& layer, long long index);
+    pointer<app_layer> clone_current_layer();
+    void move_layer_to_visual_top_by_1(long long index);
+    void move_layer_to_visual_bottom_by_1(long long index);
+    bool move_layer_to_visual(long long to, long long from);
+    void delete_current_layer();
+    void reload_all();
+    void show_error(const string& message) const;
+
+    // --- change flag
+    void set_changed();
+    // Reads the flag without consuming it (for tests and the canvas).
+    bool is_changed() const { return changed.load() != 0; }
+
+    // --- logo layer
+    pointer<image_layer> get_logo_layer();
+    void setLogoLayer();
+    // The steps of setLogoLayer on a chosen path.
+    void set_logo_from_path(const file::path& path);
+    bool save_logo_layer();
+    pointer<image>* get_logo_source() { return &logo_source; }
+
+    // --- raster label
+    string get_raster_label_info() const;
+    void load_raster_label_info(const string& text);
+    void get_raster_label_lines(string_array& lines) const;
+
+    // --- project and preset files
+    bool save_project_or_presets_to_file(const file::path& path,
+                                         const pointer_array<app_layer>& layers,
+                                         const string& magic, const string& extra,
+                                         bool with_raster_label);
+    string project_or_presets_text(const pointer_array<app_layer>& layers, const string& magic,
+                                   const string& extra, bool with_raster_label) const;
+    bool save_project_to_file(const file::path& path);
+    // Why the last failed file write of this workspace failed.
+    const string& last_write_error() const { return m_last_write_error; }
+    bool save_presets_to_file(const file::path& path);
+    string read_full_file_as_text(const file::path& path) const;
+    pointer_array<app_layer> create_layers_from_string(const string& text,
+                                                       const string& magic_and_version);
+    void load_project_from_string(const string& text);
+    void load_project_from_file(const file::path& path);
+    void load_presets_from_string(const string& text);
+    void load_presets_from_file(const file::path& path);
+    void open_project_button();
+    void save_project_button();
+    void open_presets_button();
+    void save_presets_button();
+
+    // --- presets and default layers
+    file::path auto_save_preset_file_name() const;
+    bool auto_save_presets();
+    void load_default_presets();
+    void load_default_layers();
+    void clone_preset_to_layers(long long index);
+    void clone_current_layer_to_preset();
+    void delete_preset(long long index);
+
+    // --- frame composition
+    bool defer_build_frame(bool main, nano2d::context* context);
+    void request_save_to_file(const file::path& path);
+    file::path get_save_to_file_requested_info() const { return save_request_path; }
+    pointer<image> get_composite_image() const { return composite_image; }
+    // Set by the last image file write of a frame build: false when the
+    // writer failed (the build itself reports nothing).
+    bool last_save_succeeded() const { return m_last_save_ok; }
+
+    // --- export
+    void save_image_button();
+    void save_png_button();
+    void save_psd_button();
+    void layers_to_xml();
+    // The callback of layers_to_xml for a chosen path; returns the path
+    // written, empty when nothing was (cancelled or failed).
+    file::path layers_to_xml_at(const file::path& chosen);
+    string layers_xml_text(long long unique_id) const;
+
+    // --- fields
+    std::recursive_mutex frame_mutex;
+    pointer<project> m_project;
+    pointer_array<app_layer> presets;
+    bool m_is_retina = false;
+    long long current_layer_index = 0;
+    int paper_width = 1920;
+    int paper_height = 1080;
+    file::path save_request_path;
+    std::atomic<std::uint8_t> changed{0};
+    bool black_background = true;
+    bool auto_select = true;
+    bool raster_label_enabled = false;
+    string_array raster_label_lines;
+    int raster_label_x = 0;
+    int raster_label_y = 0;
+    int raster_label_width = 0;
+    int raster_label_height = 0;
+    bool palettes_shown = true;
+    int raster_label_font_size = 20;
+    pointer<image> composite_image;
+    int logo_source_width = 0;
+    int logo_source_height = 0;
+    pointer<image> logo_source;
+    ImageWrap logo_image_wrap;
+    ImageWrap frame_image_wrap;
+
+private:
+    std::mutex m_object_lock;
+    workspace_host* m_host;
+    bool m_last_save_ok = true;
+
+protected:
+    string m_last_write_error;
+};
+
+// The built-in catalogue of LED panel types, in the preset file format.
+string getPresetsSource();
+
+// The image types that can be opened (caption, pattern).
+std::vector<file::file_dialog_filter> file_dialog_filters();
+
+} // namespace Vantora_TesserinePro

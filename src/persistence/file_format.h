@@ -1,0 +1,25 @@
+#pragma once
+// Names and checks of the length-framed project and preset file format.
+
+#include <string>
+#include <string_view>
+
+namespace Vantora_TesserinePro {
+
+inline constexpr const char* project_magic = "TESSERINE_LED_PROJECT";
+inline constexpr const char* presets_magic = "TESSERINE_LED_PRESETS";
+inline constexpr const char* project_magic_and_version = "TESSERINE_LED_PROJECT v2";
+inline constexpr const char* presets_magic_and_version = "TESSERINE_LED_PRESETS v2";
+// Largest record body the reader takes.
+inline constexpr unsigned long max_record_length = 0x1000000;
+// Layer counts must be below this.
+inline constexpr unsigned long max_layer_count_bound = 1025;
+
+enum class header_status { ok, bad_header, bad_count };
+
+// Scans the first line of text as the reader does: "<magic_and_version> %d".
+// On ok, count holds the layer count.
+header_status check_header(std::string_view text, const std::string& magic_and_version,
+                           unsigned long& count);
+
+} // namespace Vantora_TesserinePro

@@ -1,0 +1,80 @@
+#pragma once
+// The drawing operations every drawing routine uses. The production context
+// paints with QPainter on a QImage (or a widget); tests use a recording one.
+
+#include "core/color.h"
+#include "core/types.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace Vantora_TesserinePro {
+namespace nano2d {
+
+// Text alignment bits; with no vertical bit the text sits on its baseline.
+enum align : int {
+    align_left = 1,
+    align_center = 2,
+    align_right = 4,
+    align_top = 8,
+    align_middle = 16,
+    align_bottom = 32,
+};
+
+struct paint {
+    int image = -1;
+    float x = 0, y = 0, width = 0, height = 0, angle = 0, alpha = 1;
+};
+
+class context {
+public:
+    virtual ~context() = default;
+
+    virtual void save() = 0;
+    virtual void restore() = 0;
+    virtual void translate(float x, float y) = 0;
+
+    virtual void begin_path() = 0;
+    virtual void close_path() = 0;
+    virtual void move_to(float x, float y) = 0;
+    virtual void line_to(float x, float y) = 0;
+    virtual void rectangle(float x, float y, float width, float height) = 0;
+    virtual void circle(float cx, float cy, float radius) = 0;
+    // Paints the outline at once.
+    virtual void rectangle_outline(int x, int y, int width, int height, color::color c,
+                                   int line_width) = 0;
+    virtual void fill() = 0;
+    virtual void stroke() = 0;
+
+    virtual void fill_color(color::color c) = 0;
+    virtual void stroke_color(color::color c) = 0;
+    virtual void fill_paint(const paint& p) = 0;
+    virtual void stroke_width(float width) = 0;
+
+    virtual void font_size(float size) = 0;
+    virtual void font_face(const std::string& face) = 0;
+    virtual void text_align(int align) = 0;
+    virtual void text(const std::string& text, float x, float y) = 0;
+    // Bounds of the line box of text anchored at x, y: left, top, right,
+    // bottom. Returns the advance width.
+    virtual float text_bounds(const std::string& text, float x, float y, float bounds[4]) = 0;
+    // Widest line's width and the line height of the current font.
+    virtual void measure_lines(const std::vector<std::string>& lines, float& widest,
+                               float& line_height) = 0;
+
+    virtual paint image_pattern(int handle, float x, float y, float width, float height,
+                                float angle, float alpha) = 0;
+    virtual int load_image(const std::string& file_name, int flags) = 0;
+    virtual int create_image(int width, int height, int flags, const void* pixels,
+                             int stride) = 0;
+    virtual bool read_image_size(int handle, int& width, int& height) = 0;
+    virtual void update_image(int handle, const void* pixels) = 0;
+
+    // A context of the same kind that draws into target, sharing this
+    // context's fonts and image handles (what OffscreenDraw switches to).
+    virtual std::unique_ptr<context> make_offscreen(image* target) = 0;
+};
+
+} // namespace nano2d
+} // namespace Vantora_TesserinePro

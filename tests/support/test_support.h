@@ -1,0 +1,87 @@
+#pragma once
+// Helpers shared by the test programs.
+
+#include "core/data_folder.h"
+#include "document/global.h"
+#include "document/workspace_host.h"
+
+#include <QDir>
+#include <QTemporaryDir>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace Vantora_TesserinePro::testing {
+
+// A host that records what the workspace asks of the window and answers
+// file dialogs with a path chosen by the test.
+class recording_host : public workspace_host {
+public:
+    struct pick_request {
+        std::vector<file::file_dialog_filter> filters;
+        bool save = false;
+    };
+
+    void set_current_layer_to(Global& global, long long index, bool update) override {
+        selections.push_back(index);
+        workspace_host::set_current_layer_to(global, index, update);
+    }
+    void reload_all(Global&, bool) override { ++reloads; }
+    bool is_only_current() const override { return only_current; }
+    void update_amperes() override { ++amperes_updates; }
+    void raster_label_settings_from_raster(Global& g) override {
+        ++label_from_raster;
+        if (on_label_from_raster) on_label_from_raster(g);
+    }
+    void raster_label_settings_to_palette(Global&) override { ++label_to_palette; }
+    bool layer_list_built() const override { return list_built; }
+    void post_canvas_redraw() override { ++canvas_redraws; }
+    void post_main_window_redraw() override { ++window_redraws; }
+    void show_error(const std::string& message) override { errors.push_back(message); }
+    void pick_single_file(const std::vector<file::file_dialog_filter>& filters,
+                          const pick_callback& callback, bool save) override {
+        picks.push_back({filters, save});
+        callback(file::path(answer));
+    }
+
+    std::vector<long long> selections;
+    int reloads = 0;
+    int amperes_updates = 0;
+    int label_from_raster = 0;
+    int label_to_palette = 0;
+    int canvas_redraws = 0;
+    int window_redraws = 0;
+    bool only_current = false;
+    bool list_built = true;
+    std::vector<std::string> errors;
+    std::vector<pick_request> picks;
+    std::string answer; // what the file dialog answers; empty = cancelled
+    std::function<void(Global&)> on_label_from_raster;
+};
+
+// Empties the data folder (the test program's own, under a temporary
+// XDG_DATA_HOME) and makes sure it exists.
+inline void clear_data_folder() {
+    QDir dir(QString::fromStdString(folder_to_save_data().string()));
+    dir.removeRecursively();
+    ensure_data_folder();
+}
+
+// Writes bytes to a file, for fixtures.
+bool write_file(const std::string& path, const std::string& bytes);
+std::string read_file(const std::string& path);
+
+// Captures what the code under test writes to the diagnostics stream.
+class capture_diagnostics {
+public:
+    capture_diagnostics();
+    ~capture_diagnostics();
+    std::string text() const;
+
+private:
+    struct impl;
+    impl* m;
+};
+
+} // namespace Vantora_TesserinePro::testing
