@@ -20,9 +20,16 @@ pointer<image> decode_image(const QByteArray& bytes) {
     reader.setDecideFormatFromContent(true);
     QImage img = reader.read();
     if (img.isNull()) {
-        // TGA has no signature to sniff; try it by name.
-        buffer.seek(0);
-        QImageReader tga(&buffer, "tga");
+        // TGA has no signature to sniff, and Qt's reader only takes files
+        // with the version 2 footer: older files get one added.
+        static const char footer[26] = {0, 0, 0, 0, 0, 0, 0, 0, 'T', 'R', 'U', 'E', 'V',
+                                        'I', 'S', 'I', 'O', 'N', '-', 'X', 'F', 'I', 'L', 'E',
+                                        '.', 0};
+        QByteArray with_footer = bytes;
+        if (!bytes.endsWith(QByteArray(footer + 8, 18))) with_footer.append(footer, 26);
+        QBuffer tga_buffer(&with_footer);
+        tga_buffer.open(QIODevice::ReadOnly);
+        QImageReader tga(&tga_buffer, "tga");
         img = tga.read();
     }
     if (img.isNull() || img.width() <= 0 || img.height() <= 0) return nullptr;

@@ -1,0 +1,154 @@
+// The key:value record shared by both layer kinds, and the image layer.
+
+#include "document/boxes_layer.h"
+#include "document/global.h"
+#include "document/image_layer.h"
+#include "support/test_support.h"
+
+#include <QBuffer>
+
+#include <gtest/gtest.h>
+
+using namespace Vantora_TesserinePro;
+
+namespace {
+
+struct layers : ::testing::Test {
+    Global global;
+    void SetUp() override { global.m_project = std::make_shared<project>(); }
+    pointer<image_layer> image() {
+        return std::static_pointer_cast<image_layer>(global.create_layer(e_layer_image));
+    }
+};
+
+std::string png_hex(int w, int h, QRgb fill) {
+    QImage img(w, h, QImage::Format_ARGB32);
+    img.fill(fill);
+    img.setPixel(0, 0, qRgba(1, 2, 3, 4));
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    img.save(&buffer, "PNG");
+    return bytes.toHex().toStdString();
+}
+
+} // namespace
+
+TEST_F(layers, BaseKeysComeFirstInOrder) {
+    auto layer = image();
+    layer->set_offset_x(-4);
+    layer->set_name("Pic");
+    EXPECT_EQ(layer->get_layer_info(), "OffsetX:-4\nOffsetY:0\nName:Pic\nHidden:0\nCustomPath:\n"
+                                       "Width:0\nHeight:0\nData:\nAspectRatio:1\n");
+}
+
+TEST_F(layers, RecordReadingRules) {
+    auto layer = image();
+    layer->apply_layer_info("Name:a:b\rOffsetX:12abc\r\nOffsetY:-3\nno colon line\nHidden:1");
+    EXPECT_EQ(layer->get_stored_name(), "a:b"); // the value keeps its colons
+    EXPECT_EQ(layer->get_offset_x(), 12);
+    EXPECT_EQ(layer->get_offset_y(), -3);
+    EXPECT_TRUE(layer->is_hidden());
+    layer->apply_layer_info("Name:");
+    EXPECT_EQ(layer->get_stored_name(), "");
+    layer->apply_layer_info("CustomPath:1,2|3\nUnknown:5\n:empty key"); // ignored without a word
+    EXPECT_EQ(layer->get_custom_path_string(), "");
+}
+
+TEST_F(layers, RepeatedHiddenRaisesNoMarkButTheEndDoes) {
+    auto layer = image();
+    layer->clear_changed();
+    layer->apply_layer_info("");
+    EXPECT_TRUE(layer->has_changed()); // raised once at the end, even for nothing
+    layer->apply_layer_info("Hidden:0");
+    EXPECT_TRUE(layer->has_changed());
+    EXPECT_FALSE(layer->has_changed());
+}
+
+TEST_F(layers, ImageResizeKeepsAspect) {
+    auto layer = image();
+    layer->aspect_ratio = 2.0f;
+    layer->set_width(100);
+    EXPECT_EQ(layer->get_height(), 50);
+    layer->set_height(100);
+    EXPECT_EQ(layer->get_width(), 200);
+    layer->setMaintainAspectRatio(false);
+    layer->set_width(7);
+    EXPECT_EQ(layer->get_height(), 100);
+}
+
+TEST_F(layers, NewImageStartsAsASquareOfThePictureHeight) {
+    // The adding order: set_width(W), set_height(H), set_image.
+    auto layer = image();
+    auto pic = std::make_shared<QImage>(40, 10, QImage::Format_ARGB32);
+    layer->set_width(40);
+    layer->set_height(10);
+    layer->set_image(pic);
+    EXPECT_EQ(layer->get_width(), 10);
+    EXPECT_EQ(layer->get_height(), 10);
+    EXPECT_FLOAT_EQ(layer->aspect_ratio, 4.0f);
+    EXPECT_EQ(layer->get_real_width(), 40);
+}
+
+TEST_F(layers, DataDecodesAndEncodesLosslessly) {
+    auto layer = image();
+    const std::string hex = png_hex(3, 2, qRgba(200, 100, 50, 128));
+    layer->apply_layer_info("Width:30\nHeight:20\nData:" + hex + "\nAspectRatio:0\n");
+    ASSERT_NE(layer->get_image(), nullptr);
+    EXPECT_EQ(layer->get_real_width(), 3);
+    EXPECT_EQ(layer->get_width(), 30);
+    EXPECT_FALSE(layer->getMaintainAspectRatio());
+
+    auto again = image();
+    again->apply_layer_info(layer->get_layer_info());
+    ASSERT_NE(again->get_image(), nullptr);
+    EXPECT_EQ(again->get_image()->pixel(0, 0), qRgba(1, 2, 3, 4));
+    EXPECT_EQ(again->get_image()->pixel(2, 1), qRgba(200, 100, 50, 128));
+    // Upper and lower case digits both read.
+    auto lower = image();
+    std::string lower_hex = again->getImageAsHex();
+    for (auto& c : lower_hex) c = char(std::tolower(c));
+    lower->load_from_hex_data(lower_hex);
+    EXPECT_NE(lower->get_image(), nullptr);
+}
+
+TEST_F(layers, UndecodableDataDropsThePictureAndSize) {
+    auto layer = image();
+    layer->apply_layer_info("Width:30\nHeight:20\nData:00112233445566778899\n");
+    EXPECT_EQ(layer->get_image(), nullptr);
+    EXPECT_EQ(layer->get_width(), 0);
+    auto empty = image();
+    empty->apply_layer_info("Width:30\nHeight:20\nData:\n");
+    EXPECT_EQ(empty->get_width(), 30); // empty data keeps the size
+    EXPECT_EQ(empty->getImageAsHex(), "");
+}
+
+TEST_F(layers, LoadFromFileThrowsOnNonPictures) {
+    auto layer = image();
+    EXPECT_THROW(layer->load_from_file("/nonexistent.png"), std::runtime_error);
+    try {
+        layer->load_from_file("/nonexistent.png");
+    } catch (const std::runtime_error& e) {
+        EXPECT_STREQ(e.what(), "image failed to load");
+    }
+}
+
+TEST_F(layers, CloneOfLogoIsAPlainLayerNamedLogo) {
+    auto logo = image();
+    logo->is_logo = true;
+    logo->set_offset_x(9);
+    auto copy = logo->clone();
+    EXPECT_FALSE(copy->is_logo);
+    EXPECT_EQ(copy->get_stored_name(), "Logo");
+    EXPECT_EQ(copy->get_offset_x(), 9);
+}
+
+TEST_F(layers, TgaPicturesDecode) {
+    // A 2x1 uncompressed 32-bit TGA, bottom-up.
+    const unsigned char tga[] = {0, 0, 2, 0, 0, 0, 0, 0, 0, 0, 0, 0, 2, 0, 1, 0, 32, 8,
+                                 10, 20, 30, 255, 40, 50, 60, 255};
+    auto img = decode_image(QByteArray(reinterpret_cast<const char*>(tga), sizeof tga));
+    ASSERT_NE(img, nullptr);
+    EXPECT_EQ(img->width(), 2);
+    EXPECT_EQ(img->pixel(0, 0), qRgba(30, 20, 10, 255));
+}

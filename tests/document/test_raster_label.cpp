@@ -1,0 +1,48 @@
+// The raster label: its saved text and the lines it draws.
+
+#include "document/global.h"
+
+#include <gtest/gtest.h>
+
+using namespace Vantora_TesserinePro;
+
+TEST(RasterLabel, SavedTextAlwaysSaysEnabled) {
+    Global g;
+    g.raster_label_x = 10;
+    g.raster_label_y = 20;
+    g.raster_label_lines = {"Stage left", ""};
+    EXPECT_EQ(g.get_raster_label_info(),
+              "Raster Label:1\nX:10\nY:20\nFontSize:20\nLabel:Stage left\nLabel:\n");
+}
+
+TEST(RasterLabel, ReadingRules) {
+    Global g;
+    g.raster_label_lines = {"old"};
+    g.load_raster_label_info("Raster Label:0\r\nX:12abc\rY:-4\nLabels:skip\nFontSize:33\n"
+                             "Label: a \nLabel:\nLabel:   \nLabel:d\nLabel:e");
+    EXPECT_FALSE(g.raster_label_enabled);
+    EXPECT_EQ(g.raster_label_x, 12);
+    EXPECT_EQ(g.raster_label_y, -4);
+    EXPECT_EQ(g.raster_label_font_size, 33);
+    EXPECT_EQ(g.raster_label_lines, (string_array{" a ", "", "   ", "d", "e"}));
+    string_array lines;
+    g.get_raster_label_lines(lines);
+    // First four only, trimmed, blanks dropped, then the size line.
+    EXPECT_EQ(lines, (string_array{"a", "d", "1920x1080"}));
+}
+
+TEST(RasterLabel, FieldsWithoutALineKeepTheirValues) {
+    Global g;
+    g.raster_label_x = 7;
+    g.load_raster_label_info("Raster Label:1\n");
+    EXPECT_TRUE(g.raster_label_enabled);
+    EXPECT_EQ(g.raster_label_x, 7);
+}
+
+TEST(RasterLabel, SizeLineUsesClampedRaster) {
+    Global g;
+    g.set_paper_width(0);
+    string_array lines;
+    g.get_raster_label_lines(lines);
+    EXPECT_EQ(lines, (string_array{"1x1080"}));
+}

@@ -1,0 +1,225 @@
+// Cabinet geometry of a screen layer: half columns and rows, hit tests,
+// exclusions and colours.
+
+#include "document/boxes_layer.h"
+#include "document/global.h"
+
+#include <gtest/gtest.h>
+
+#include <tuple>
+
+using namespace Vantora_TesserinePro;
+
+namespace {
+
+struct screen : ::testing::Test {
+    Global global;
+    pointer<boxes_layer> layer;
+    void SetUp() override {
+        global.m_project = std::make_shared<project>();
+        layer = std::static_pointer_cast<boxes_layer>(global.create_layer(e_layer_boxes));
+    }
+    using cell = std::tuple<float, float, float, float, int, int>;
+    std::vector<cell> walk(bool transposed) {
+        std::vector<cell> cells;
+        layer->for_each_box(
+            [&](float x0, float y0, float x1, float y1, unsigned short c, unsigned short r) {
+                cells.emplace_back(x0, y0, x1, y1, c, r);
+                return false;
+            },
+            transposed);
+        return cells;
+    }
+    std::vector<std::uint32_t> excluded() {
+        return {layer->ExcludeBoxes.begin(), layer->ExcludeBoxes.end()};
+    }
+};
+
+} // namespace
+
+TEST_F(screen, WalkOrderRowsThenColumns) {
+    layer->Columns = 2;
+    layer->Rows = 2;
+    layer->Width = 10;
+    layer->Height = 5;
+    EXPECT_EQ(walk(false), (std::vector<cell>{{0, 0, 10, 5, 0, 0},
+                                              {10, 0, 20, 5, 1, 0},
+                                              {0, 5, 10, 10, 0, 1},
+                                              {10, 5, 20, 10, 1, 1}}));
+    EXPECT_EQ(walk(true), (std::vector<cell>{{0, 0, 10, 5, 0, 0},
+                                             {0, 5, 10, 10, 0, 1},
+                                             {10, 0, 20, 5, 1, 0},
+                                             {10, 5, 20, 10, 1, 1}}));
+}
+
+TEST_F(screen, WalkStopsWhenAsked) {
+    int visits = 0;
+    EXPECT_TRUE(layer->for_each_box([&](float, float, float, float, unsigned short, unsigned short) {
+        return ++visits == 3;
+    }, false));
+    EXPECT_EQ(visits, 3);
+    layer->Rows = 0;
+    EXPECT_TRUE(walk(false).empty());
+    layer->Rows = 3;
+    layer->Columns = 0;
+    EXPECT_TRUE(walk(false).empty());
+}
+
+TEST_F(screen, HalfFirstColumn) {
+    layer->HalfColumns.set(0);
+    auto cells = walk(false);
+    EXPECT_EQ(std::get<0>(cells[0]), 0.0f);
+    EXPECT_EQ(std::get<2>(cells[0]), 64.0f);
+    EXPECT_EQ(std::get<0>(cells[1]), 64.0f);
+    EXPECT_EQ(std::get<2>(cells[1]), 192.0f);
+    EXPECT_EQ(std::get<2>(cells[7]), 960.0f);
+    EXPECT_EQ(layer->get_full_width(), 960);
+    EXPECT_FLOAT_EQ(layer->get_full_columns(), 7.5f);
+}
+
+TEST_F(screen, BothHalfBitsTakeOffHalfOnlyOnce) {
+    layer->HalfColumns.set(0);
+    layer->HalfColumns.set(1);
+    EXPECT_EQ(std::get<2>(walk(false)[7]), 896.0f);
+    EXPECT_EQ(layer->get_full_width(), 960);
+    layer->HalfColumns.reset();
+    layer->HalfColumns.set(3);
+    EXPECT_EQ(std::get<3>(walk(false).back()), 576.0f);
+    EXPECT_EQ(layer->get_full_height(), 576);
+}
+
+TEST_F(screen, OddWidthWithHalfColumnRoundsUp) {
+    layer->Width = 129;
+    layer->HalfColumns.set(0);
+    EXPECT_EQ(layer->get_full_width(), 968);
+    auto cells = walk(false);
+    EXPECT_FLOAT_EQ(std::get<2>(cells[0]) - std::get<0>(cells[0]), 64.5f);
+}
+
+TEST_F(screen, DegenerateSizesStayInRange) {
+    layer->Columns = -3;
+    EXPECT_EQ(layer->get_full_width(), 0);
+    layer->Columns = 65535;
+    layer->Width = 65535;
+    EXPECT_GT(layer->get_full_width(), 0);
+}
+
+TEST_F(screen, HitTestIsStrictAndIncludesExcluded) {
+    layer->Columns = 3;
+    layer->Rows = 2;
+    layer->Width = 10;
+    layer->Height = 10;
+    layer->ExcludeBoxes.add(box_id(1, 0));
+    EXPECT_EQ(layer->hit_test(5, 5, 15, 6), (std::vector<std::uint32_t>{box_id(0, 0), box_id(1, 0)}));
+    EXPECT_EQ(layer->hit_test(10, 10, 10, 10), std::vector<std::uint32_t>{}); // empty rectangle
+    EXPECT_EQ(layer->hit_test(10, 10, 11, 11), (std::vector<std::uint32_t>{box_id(1, 1)}));
+}
+
+TEST_F(screen, ExclusionToggleAndEdges) {
+    EXPECT_FALSE(layer->trigger_for_exclude_boxes(128.0f, 10.0f)); // on a shared edge
+    EXPECT_TRUE(layer->ExcludeBoxes.empty());
+    EXPECT_FALSE(layer->trigger_for_exclude_boxes(130.0f, 10.0f)); // now excluded
+    EXPECT_EQ(excluded(), (std::vector<std::uint32_t>{box_id(1, 0)}));
+    EXPECT_TRUE(layer->trigger_for_exclude_boxes(130.0f, 10.0f)); // back in
+    EXPECT_TRUE(layer->ExcludeBoxes.empty());
+    EXPECT_FALSE(layer->trigger_for_exclude_boxes(-5.0f, 10.0f));
+}
+
+TEST_F(screen, SwitchAllExcludesOrClears) {
+    layer->Columns = 2;
+    layer->Rows = 2;
+    layer->ExcludeBoxes.add(box_id(1, 1));
+    layer->switch_all_exclude_boxes();
+    // Column by column, top to bottom; iteration is newest first.
+    EXPECT_EQ(excluded(), (std::vector<std::uint32_t>{box_id(1, 1), box_id(1, 0), box_id(0, 1),
+                                                      box_id(0, 0)}));
+    layer->switch_all_exclude_boxes();
+    EXPECT_TRUE(layer->ExcludeBoxes.empty());
+}
+
+TEST_F(screen, ExcludeSetIteratesNewestFirst) {
+    exclude_boxes_set set;
+    set.add(5);
+    set.add(9);
+    set.add(2);
+    EXPECT_FALSE(set.add(9));
+    set.remove(9);
+    set.add(9);
+    EXPECT_EQ(std::vector<std::uint32_t>(set.begin(), set.end()),
+              (std::vector<std::uint32_t>{9, 2, 5}));
+    exclude_boxes_set copy = set;
+    EXPECT_EQ(std::vector<std::uint32_t>(copy.begin(), copy.end()),
+              (std::vector<std::uint32_t>{9, 2, 5}));
+    EXPECT_TRUE(copy.contains(2));
+}
+
+TEST_F(screen, HalfPairKeepsOnePerPair) {
+    layer->set_half_pair(0, 1, true);
+    layer->set_half_pair(1, 0, true);
+    EXPECT_EQ(layer->HalfColumns.to_ulong(), 0b0010u);
+    layer->set_half_pair(1, 0, false);
+    EXPECT_EQ(layer->HalfColumns.to_ulong(), 0u);
+    try {
+        layer->set_half_pair(0, 4, true);
+        FAIL();
+    } catch (const std::out_of_range& e) {
+        EXPECT_STREQ(e.what(), "bitset reset argument out of range");
+    }
+    try {
+        layer->set_half_pair(4, 0, true);
+        FAIL();
+    } catch (const std::out_of_range& e) {
+        EXPECT_STREQ(e.what(), "bitset test argument out of range");
+    }
+}
+
+TEST_F(screen, BoxColorWithIdUsesTheOldDigitRule) {
+    layer->set_box_color_with_id(0, "ABC");
+    EXPECT_TRUE(layer->BoxColors.empty());
+    layer->set_box_color_with_id(3, "581845");
+    ASSERT_EQ(layer->BoxColors.size(), 4u);
+    ASSERT_EQ(layer->BoxTintColors.size(), 4u);
+    EXPECT_EQ(layer->BoxColors[0], color::opaque_white);
+    EXPECT_EQ(layer->BoxTintColors[2], color::opaque_white);
+    EXPECT_EQ(layer->BoxColors[3], color::color(0x58, 0x18, 0x45, 255));
+    // 45% towards white, truncated.
+    const auto t = layer->BoxTintColors[3];
+    EXPECT_EQ(t, color::color(std::uint8_t(((1 - 0x58 / 255.0f) * 0.45f + 0x58 / 255.0f) * 255.0f),
+                              std::uint8_t(((1 - 0x18 / 255.0f) * 0.45f + 0x18 / 255.0f) * 255.0f),
+                              std::uint8_t(((1 - 0x45 / 255.0f) * 0.45f + 0x45 / 255.0f) * 255.0f),
+                              255));
+    layer->set_box_color_with_id(0, "B54000");
+    EXPECT_EQ(layer->BoxColors[0], color::color(0x15, 0x40, 0x00, 255));
+    layer->set_box_color_with_id(0, "FF0000");
+    EXPECT_EQ(layer->BoxColors[0].red, 0x55);
+    EXPECT_THROW(layer->set_box_color_with_id(0, "GG0000"), std::exception);
+}
+
+TEST_F(screen, FontSizesReadThroughTheirNormalisers) {
+    layer->BoxesNamesFontSize.value = 3;
+    EXPECT_EQ(layer->BoxesNamesFontSize.get(), 5);
+    layer->LayerNameFontSize.value = 0;
+    EXPECT_EQ(layer->LayerNameFontSize.get(), 0);
+    layer->LayerNameFontSize.value = 3;
+    EXPECT_EQ(layer->LayerNameFontSize.get(), 5);
+    BoxesLayerDescription other;
+    other.LabelFontSize = BoxesLayerDescription::FontSize(2); // identity normaliser
+    EXPECT_EQ(other.LabelFontSize.get(), 5);                 // assignment keeps font1
+}
+
+TEST_F(screen, CornerBits) {
+    EXPECT_TRUE(layer->is_corner_label_on(corner_top_left));
+    layer->switch_corner_label(corner_bottom_right, true);
+    layer->toggle_corner_label(corner_top_left);
+    EXPECT_EQ(layer->CornersMode, 8);
+}
+
+TEST_F(screen, ApplyDefaultsShowsGridAndCircleButNoPath) {
+    layer->CornersMode = 4;
+    layer->apply_defaults();
+    EXPECT_EQ(layer->DrawGrid, 1);
+    EXPECT_EQ(layer->DrawCircle, 1);
+    EXPECT_EQ(layer->DrawSnake, 0);
+    EXPECT_EQ(layer->CornersMode, 5);
+    EXPECT_TRUE(layer->BoxColors.empty()); // colours are default_colors' job
+}

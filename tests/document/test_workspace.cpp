@@ -1,0 +1,231 @@
+// The workspace controller: the layer stack, selection, the raster and the
+// change flag.
+
+#include "document/boxes_layer.h"
+#include "document/global.h"
+#include "document/image_layer.h"
+#include "support/test_support.h"
+
+#include <gtest/gtest.h>
+
+using namespace Vantora_TesserinePro;
+using Vantora_TesserinePro::testing::recording_host;
+
+namespace {
+
+struct workspace : ::testing::Test {
+    recording_host host;
+    Global global{&host};
+
+    void SetUp() override { global.m_project = std::make_shared<project>(); }
+
+    pointer<boxes_layer> add_screen(const std::string& name, long long index = -1) {
+        auto layer = std::static_pointer_cast<boxes_layer>(global.create_layer(e_layer_boxes));
+        layer->set_name(name);
+        global.insert_layer_at(layer, index);
+        return layer;
+    }
+    std::vector<std::string> names() {
+        std::vector<std::string> out;
+        for (const auto& l : global.current_project()->get_layers()) out.push_back(l->get_name());
+        return out;
+    }
+};
+
+} // namespace
+
+TEST_F(workspace, PaperSizeClampsOnReadOnly) {
+    global.set_paper_width(0);
+    EXPECT_EQ(global.get_paper_width(), 1);
+    EXPECT_EQ(global.paper_width, 0); // kept as stored
+    global.set_paper_width(1);
+    EXPECT_EQ(global.get_paper_width(), 1);
+    global.set_paper_height(-7);
+    EXPECT_EQ(global.get_paper_height(), 1);
+    global.set_paper_height(2);
+    EXPECT_EQ(global.get_paper_height(), 2);
+}
+
+TEST_F(workspace, SelectionRules) {
+    add_screen("A");
+    add_screen("B");
+    global.set_current_layer_index(-5);
+    EXPECT_EQ(global.get_current_layer_id(), -1);
+    EXPECT_EQ(global.current_layer(), nullptr);
+
+    global.set_current_layer_index(1);
+    global.changed = 0;
+    global.set_current_layer_index(2); // past the end: refused, no flag
+    EXPECT_EQ(global.get_current_layer_id(), 1);
+    EXPECT_FALSE(global.is_changed());
+
+    EXPECT_NE(global.current_boxes_layer(), nullptr);
+    EXPECT_EQ(global.current_image_layer(), nullptr);
+}
+
+TEST_F(workspace, MinusOneIsAcceptedInAnEmptyStack) {
+    global.set_current_layer_index(-1);
+    EXPECT_EQ(global.get_current_layer_id(), -1);
+    EXPECT_EQ(global.get_layer(0), nullptr);
+}
+
+TEST_F(workspace, InsertAtMinusOneAppendsAndSelects) {
+    add_screen("A", -1);
+    EXPECT_EQ(global.get_current_layer_id(), 0);
+    add_screen("B", -1);
+    add_screen("C", 0);
+    EXPECT_EQ(names(), (std::vector<std::string>{"C", "A", "B"}));
+    EXPECT_EQ(global.get_current_layer_id(), 0);
+    EXPECT_EQ(host.selections, (std::vector<long long>{0, 1, 0}));
+    global.insert_layer_at(nullptr, 0); // nothing
+    EXPECT_EQ(global.get_layers_count(), 3);
+}
+
+TEST_F(workspace, NewLayersGoToTheBottomWithDefaults) {
+    auto first = global.new_boxes_layer();
+    auto image = global.new_image_layer();
+    EXPECT_EQ(global.get_layer(0), image);
+    EXPECT_EQ(global.get_layer(1), first);
+    EXPECT_EQ(first->DrawGrid, 1);
+    EXPECT_EQ(first->DrawSnake, 0);
+    ASSERT_EQ(first->BoxColors.size(), 1u);
+    EXPECT_EQ(first->BoxColors[0].word(), 0xFF7F7F3Fu);
+    EXPECT_EQ(first->BoxTintColors[0].word(), 0xFFB8B895u);
+    EXPECT_EQ(first->get_global(), &global);
+    EXPECT_EQ(first->get_project(), global.current_project_pointer());
+    EXPECT_EQ(global.create_layer(enum_layer(3)), nullptr);
+}
+
+TEST_F(workspace, MovingByOneStaysInsideTheStack) {
+    add_screen("A");
+    add_screen("B");
+    add_screen("C");
+    global.move_layer_to_visual_top_by_1(2); // last: nothing
+    global.move_layer_to_visual_bottom_by_1(0); // first: nothing
+    global.move_layer_to_visual_top_by_1(-1);
+    EXPECT_EQ(names(), (std::vector<std::string>{"A", "B", "C"}));
+    global.move_layer_to_visual_top_by_1(0);
+    EXPECT_EQ(names(), (std::vector<std::string>{"B", "A", "C"}));
+    EXPECT_EQ(global.get_current_layer_id(), 1);
+    global.move_layer_to_visual_bottom_by_1(2);
+    EXPECT_EQ(names(), (std::vector<std::string>{"B", "C", "A"}));
+    EXPECT_EQ(global.get_current_layer_id(), 1);
+}
+
+TEST_F(workspace, DragAndDropMove) {
+    add_screen("A");
+    add_screen("B");
+    add_screen("C");
+    EXPECT_FALSE(global.move_layer_to_visual(1, 1));
+    EXPECT_FALSE(global.move_layer_to_visual(-1, 1));
+    EXPECT_FALSE(global.move_layer_to_visual(0, 7)); // out of range: refused, no crash
+    host.list_built = false;
+    EXPECT_FALSE(global.move_layer_to_visual(0, 2));
+    host.list_built = true;
+    EXPECT_TRUE(global.move_layer_to_visual(0, 2));
+    EXPECT_EQ(names(), (std::vector<std::string>{"C", "A", "B"}));
+    EXPECT_EQ(global.get_current_layer_id(), 0);
+}
+
+TEST_F(workspace, DeletingTheOnlyLayerLeavesMinusOne) {
+    add_screen("A");
+    global.delete_current_layer();
+    EXPECT_EQ(global.get_layers_count(), 0);
+    EXPECT_EQ(global.get_current_layer_id(), -1);
+    global.delete_current_layer(); // nothing to delete: still fine
+    EXPECT_EQ(global.get_current_layer_id(), -1);
+}
+
+TEST_F(workspace, DeletingTheTopLayerSelectsTheNewTop) {
+    add_screen("A");
+    add_screen("B");
+    global.set_current_layer_index(1);
+    global.delete_current_layer();
+    EXPECT_EQ(names(), (std::vector<std::string>{"A"}));
+    EXPECT_EQ(global.get_current_layer_id(), 0);
+}
+
+TEST_F(workspace, CloneNamesIgnoreCaseAndRunOut) {
+    add_screen("screen10");
+    add_screen("Screen9");
+    global.set_current_layer_index(1);
+    auto copy = global.clone_current_layer();
+    ASSERT_NE(copy, nullptr);
+    EXPECT_EQ(copy->get_name(), "Screen11");
+    EXPECT_EQ(global.get_layer(0), copy); // clones go to the bottom
+
+    add_screen("Screen1000");
+    global.set_current_layer_index(global.get_layers_count() - 1);
+    EXPECT_EQ(global.clone_current_layer()->get_name(), "");
+}
+
+TEST_F(workspace, CloneOfScreenCopiesDescriptionButNotPlacement) {
+    auto layer = add_screen("Wall");
+    layer->Columns = 3;
+    layer->BoxesNamesFontSize.value = 3;
+    layer->ExcludeBoxes.add(box_id(1, 1));
+    layer->ExcludeBoxes.add(box_id(0, 1));
+    layer->set_offset_x(40);
+    layer->set_hidden(true);
+    auto copy = std::static_pointer_cast<boxes_layer>(layer->clone());
+    EXPECT_EQ(copy->Columns, 3);
+    EXPECT_EQ(copy->BoxesNamesFontSize.get(), 5); // normaliser kept
+    EXPECT_EQ(std::vector<std::uint32_t>(copy->ExcludeBoxes.begin(), copy->ExcludeBoxes.end()),
+              (std::vector<std::uint32_t>{box_id(0, 1), box_id(1, 1)}));
+    EXPECT_EQ(copy->get_offset_x(), 0);
+    EXPECT_FALSE(copy->is_hidden());
+    EXPECT_EQ(copy->get_name(), "Wall");
+}
+
+TEST_F(workspace, CloneWithNoCurrentLayerGivesNull) {
+    global.set_current_layer_index(-1);
+    EXPECT_EQ(global.clone_current_layer(), nullptr);
+}
+
+TEST_F(workspace, SetChangedRaisesFlagAndPostsRedraw) {
+    global.changed = 0;
+    int before = host.canvas_redraws;
+    auto layer = add_screen("A");
+    global.changed = 0;
+    layer->set_offset_y(3);
+    EXPECT_TRUE(global.is_changed());
+    EXPECT_GT(host.canvas_redraws, before);
+    EXPECT_TRUE(layer->has_changed());
+    EXPECT_FALSE(layer->has_changed()); // reading consumes
+}
+
+TEST_F(workspace, ErrorsGoToTheHost) {
+    global.show_error("Offscreen allocated nullptr.");
+    EXPECT_EQ(host.errors, (std::vector<std::string>{"Offscreen allocated nullptr."}));
+}
+
+TEST_F(workspace, LogoLayerIsMadeOnceAtTheBottom) {
+    add_screen("A");
+    auto logo = global.get_logo_layer();
+    ASSERT_NE(logo, nullptr);
+    EXPECT_EQ(global.get_layer(0), logo);
+    EXPECT_EQ(global.get_current_layer_id(), 0);
+    EXPECT_EQ(logo->get_name(), "Logo");
+    EXPECT_EQ(global.get_logo_layer(), logo);
+    logo->set_name("Other");
+    EXPECT_EQ(logo->get_name(), "Logo");
+    EXPECT_EQ(logo->get_stored_name(), "Other");
+}
+
+TEST_F(workspace, LogoFromAPathThatIsNoPictureShowsTheError) {
+    global.set_logo_from_path(file::path("/nonexistent/logo.png"));
+    EXPECT_EQ(host.errors, (std::vector<std::string>{"Error loading image."}));
+    EXPECT_EQ(global.get_layers_count(), 0);
+    global.set_logo_from_path(file::path()); // cancelled: nothing
+    EXPECT_EQ(host.errors.size(), 1u);
+}
+
+TEST_F(workspace, SetLogoAsksForAnImageToOpen) {
+    host.answer = "";
+    global.setLogoLayer();
+    ASSERT_EQ(host.picks.size(), 1u);
+    EXPECT_FALSE(host.picks[0].save);
+    EXPECT_EQ(host.picks[0].filters, file_dialog_filters());
+    ASSERT_EQ(file_dialog_filters().size(), 4u);
+    EXPECT_EQ(file_dialog_filters()[3], (file::file_dialog_filter{"TGA image", "*.tga"}));
+}
