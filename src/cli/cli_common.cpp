@@ -42,7 +42,12 @@ int load_for_request(Global& global, const std::string& file) {
     case header_status::ok:
         break;
     }
-    global.load_project_from_file(file);
+    try {
+        global.load_project_from_file(file);
+    } catch (const std::exception& e) {
+        // A record whose colour text the layer reader refuses stops the load.
+        return file_error(file, std::string("cannot be read: ") + e.what());
+    }
     if (global.get_layers_count() > 0) global.host().set_current_layer_to(global, 0, true);
     return exit_ok;
 }

@@ -20,9 +20,9 @@ constexpr QImage::Format image_format = QImage::Format_ARGB32_Premultiplied;
 
 // Largest drawing target the program allocates: beyond this a raster or
 // layer of absurd size is refused instead of exhausting memory. 32768 is
-// QImage's own side limit; 2^29 pixels is 2 GiB of ARGB.
+// QImage's own side limit; 2^28 pixels is 1 GiB of ARGB.
 constexpr int max_image_side = 32767;
-constexpr unsigned long long max_image_pixels = 1ull << 29;
+constexpr unsigned long long max_image_pixels = 1ull << 28;
 
 // Layer type as stored in files.
 enum enum_layer : int {

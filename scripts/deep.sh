@@ -1,0 +1,48 @@
+#!/usr/bin/env bash
+# The deep checks of ./test --deep: the whole suite under AddressSanitizer
+# and UndefinedBehaviorSanitizer, then a short libFuzzer run of every reader
+# of outside text. Any finding fails the run.
+set -euo pipefail
+source "$(dirname "$0")/setup.sh"
+
+FUZZ_SECONDS="${TESSERINE_FUZZ_SECONDS:-30}"
+tesserine_install_missing clang libclang-rt-14-dev
+
+echo "== sanitizer build of the test suite" >&2
+ASAN_DIR="$ROOT/build-asan"
+if [ ! -f "$ASAN_DIR/build.ninja" ]; then
+  cmake -S "$ROOT" -B "$ASAN_DIR" -G Ninja -DTESSERINE_SANITIZE=ON -DTESSERINE_BENCH=OFF \
+    -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS="-O1" >/dev/null
+fi
+cmake --build "$ASAN_DIR" -- -j"$(nproc)"
+export QT_QPA_PLATFORM=offscreen
+# Leaks are not checked: Qt and fontconfig keep caches until exit.
+ASAN_OPTIONS="detect_leaks=0:abort_on_error=1" UBSAN_OPTIONS="print_stacktrace=1:halt_on_error=1" \
+  ctest --test-dir "$ASAN_DIR" --output-on-failure -j"$(nproc)"
+
+echo "== fuzz targets, ${FUZZ_SECONDS}s each" >&2
+FUZZ_DIR="$ROOT/build-fuzz"
+if [ ! -f "$FUZZ_DIR/build.ninja" ]; then
+  CC=clang CXX=clang++ cmake -S "$ROOT" -B "$FUZZ_DIR" -G Ninja -DTESSERINE_FUZZ=ON \
+    -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
+fi
+cmake --build "$FUZZ_DIR" -- -j"$(nproc)"
+status=0
+for target in project_file layer_record custom_path raster_label image_data; do
+  work="$FUZZ_DIR/corpus/$target"
+  artifacts="$FUZZ_DIR/findings/$target/"
+  mkdir -p "$work" "$artifacts"
+  echo "-- fuzz_$target" >&2
+  if ! ASAN_OPTIONS="detect_leaks=0" "$FUZZ_DIR/fuzz/fuzz_$target" \
+      -max_total_time="$FUZZ_SECONDS" -timeout=20 -rss_limit_mb=4096 -print_final_stats=1 \
+      -artifact_prefix="$artifacts" "$work" "$ROOT/fuzz/corpus/$target" \
+      "$ROOT/fuzz/regressions/$target" >"$FUZZ_DIR/fuzz_$target.log" 2>&1; then
+    echo "fuzz_$target found a fault; inputs in $artifacts, log:" >&2
+    tail -60 "$FUZZ_DIR/fuzz_$target.log" >&2
+    status=1
+  else
+    grep -E "stat::number_of_executed_units|cov:" "$FUZZ_DIR/fuzz_$target.log" | tail -2 >&2 || true
+  fi
+done
+[ "$status" -eq 0 ] && echo "deep checks: no findings" >&2
+exit "$status"
