@@ -1,0 +1,142 @@
+// Small shared pieces: the line rule, paths, colours, number readers, the
+// key/value set and whole-or-nothing file writes.
+
+#include "core/atomic_file.h"
+#include "core/color.h"
+#include "core/file_path.h"
+#include "core/line_reader.h"
+#include "core/number_reader.h"
+#include "core/property_set.h"
+#include "support/test_support.h"
+
+#include <QDir>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+using namespace Vantora_TesserinePro;
+
+TEST(LineRule, AllThreeEndingsAndLfCrEndsTwo) {
+    EXPECT_EQ(split_lines("a\nb\rc\r\nd"), (std::vector<std::string>{"a", "b", "c", "d"}));
+    EXPECT_EQ(split_lines("a\n\rb"), (std::vector<std::string>{"a", "", "b"}));
+    EXPECT_EQ(split_lines("a\n"), (std::vector<std::string>{"a"}));
+    EXPECT_EQ(split_lines("\n\n"), (std::vector<std::string>{"", ""}));
+    EXPECT_TRUE(split_lines("").empty());
+    EXPECT_EQ(split_lines("x\r"), (std::vector<std::string>{"x"}));
+}
+
+TEST(LineRule, EndOfTextLeavesTheLineAlone) {
+    line_reader r("one\ntwo");
+    std::string line = "unset";
+    ASSERT_TRUE(r.get_line(line));
+    EXPECT_EQ(r.position(), 4u);
+    ASSERT_TRUE(r.get_line(line));
+    EXPECT_EQ(line, "two");
+    EXPECT_FALSE(r.get_line(line));
+    EXPECT_EQ(line, "two");
+}
+
+TEST(Paths, ExtensionRules) {
+    EXPECT_EQ(file::path("a.b.jpg").with_all_extensions(".png").string(), "a.png");
+    EXPECT_EQ(file::path("/x/wall.v2.txt").with_all_extensions(".xml").string(), "/x/wall.xml");
+    EXPECT_EQ(file::path("dir.d/a").with_all_extensions(".xml").string(), "dir.d/a.xml");
+    EXPECT_EQ(file::path("a").with_extension_if_no_extension(".png").string(), "a.png");
+    EXPECT_EQ(file::path("a.TGA").with_extension_if_no_extension(".png").string(), "a.TGA");
+    EXPECT_EQ(file::path("a.b/c").with_extension_if_no_extension(".tsrx").string(), "a.b/c.tsrx");
+    EXPECT_EQ(file::path("x/A.JPG").final_extension_lower(), "jpg");
+    EXPECT_EQ(file::path("x.y\\noext").final_extension_lower(), "");
+    EXPECT_EQ(file::path("d") / "f", file::path("d/f"));
+    EXPECT_EQ(file::path("d/") / "f", file::path("d/f"));
+}
+
+TEST(Colours, WordsAndTexts) {
+    const auto c = color::color::from_word(0xFF7F7F3F);
+    EXPECT_EQ(c, color::color(0x3F, 0x7F, 0x7F, 0xFF));
+    EXPECT_EQ(c.word(), 0xFF7F7F3Fu);
+    EXPECT_EQ(color_to_text(c), "0.247059 0.498039 0.498039 1.000000");
+    EXPECT_EQ(as_color("0.247059 0.498039 0.498039 1.000000"), c);
+    EXPECT_EQ(as_color("EFDADE"), color::color(0xEF, 0xDA, 0xDE, 255)); // real hex here
+    EXPECT_EQ(as_color("#00ff80"), color::color(0, 255, 128, 255));
+    for (int v = 0; v < 256; ++v) {
+        const color::color x(std::uint8_t(v), std::uint8_t(255 - v), 7, std::uint8_t(v));
+        EXPECT_EQ(as_color(color_to_text(x)), x);
+    }
+    EXPECT_THROW(as_color(""), std::invalid_argument);
+    EXPECT_THROW(as_color("1 2 3"), std::invalid_argument);
+    EXPECT_THROW(as_color("EFDADG"), std::invalid_argument);
+    EXPECT_THROW(as_color("0.1 0.2 0.3 0.4 junk"), std::invalid_argument);
+    EXPECT_EQ(_hex_color(color::color(1, 0xab, 0xff)), "#01abff");
+}
+
+TEST(NumberReader, DigitsWordsAndFailures) {
+    std::int32_t v = 99;
+    consume_int("", v);
+    EXPECT_EQ(v, 0);
+    consume_int("-3", v);
+    EXPECT_EQ(v, -3);
+    consume_int("2147483647", v);
+    EXPECT_EQ(v, 2147483647);
+    consume_int("12345678901", v); // ten digits at most; the rest is not read
+    EXPECT_EQ(v, 1234567890);
+    EXPECT_THROW(consume_int("5x", v), parse_failure);
+    EXPECT_EQ(v, 5);
+    EXPECT_THROW(consume_int("-7x", v), parse_failure);
+    EXPECT_EQ(v, 7); // no sign applied after a failure
+    EXPECT_THROW(consume_int("x5", v), parse_failure);
+    EXPECT_EQ(v, 0);
+    for (const char* no : {"false", "False", "OFF", "no"}) {
+        from_string_int(no, v);
+        EXPECT_EQ(v, 0) << no;
+    }
+    for (const char* yes : {"true", "On", "YES"}) {
+        from_string_int(yes, v);
+        EXPECT_EQ(v, 1) << yes;
+    }
+    EXPECT_EQ(consume_hex_pair('F', 'F'), 0x55);
+    EXPECT_EQ(consume_hex_pair('5', '8'), 0x58);
+    EXPECT_EQ(consume_hex_pair('b', '5'), 0x15);
+    EXPECT_THROW(consume_hex_pair('g', '0'), parse_failure);
+}
+
+TEST(PropertySet, KeepsFirstOrderAndMerges) {
+    property_set a;
+    a.set("B", "1");
+    a.set("A", 2);
+    a.set("B", "3");
+    property_set b;
+    b.set("C", "x:y");
+    b.set("A", "");
+    a.merge(b);
+    EXPECT_EQ(a.as_string(":", "\n"), "B:3\nA:\nC:x:y\n");
+    EXPECT_EQ(a.get("missing"), "");
+    EXPECT_TRUE(a.has("C"));
+}
+
+TEST(AtomicFile, WritesWholeOrNothing) {
+    QTemporaryDir dir;
+    const std::string path = (dir.path() + "/f.txt").toStdString();
+    ASSERT_TRUE(write_file_atomically(path, "first"));
+    ASSERT_TRUE(write_file_atomically(path, "second"));
+    EXPECT_EQ(Vantora_TesserinePro::testing::read_file(path), "second");
+    std::string error;
+    // A folder that does not exist cannot be written; nothing is left.
+    EXPECT_FALSE(write_file_atomically((dir.path() + "/no/f.txt").toStdString(), "x", &error));
+    EXPECT_FALSE(error.empty());
+    // A folder in the way of the file.
+    QDir(dir.path()).mkdir("sub");
+    EXPECT_FALSE(write_file_atomically((dir.path() + "/sub").toStdString(), "x", &error));
+    EXPECT_EQ(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden), QStringList{"f.txt"});
+}
+
+TEST(AtomicFile, ReadingTellsWhatIsWrong) {
+    QTemporaryDir dir;
+    std::string data, error;
+    EXPECT_FALSE(read_whole_file((dir.path() + "/none").toStdString(), data, &error));
+    EXPECT_EQ(error, "no such file");
+    EXPECT_FALSE(read_whole_file(dir.path().toStdString(), data, &error));
+    EXPECT_EQ(error, "is a folder, not a file");
+    const std::string path = (dir.path() + "/bin").toStdString();
+    ASSERT_TRUE(write_file_atomically(path, std::string("a\0b", 3)));
+    ASSERT_TRUE(read_whole_file(path, data, &error));
+    EXPECT_EQ(data.size(), 3u);
+}
