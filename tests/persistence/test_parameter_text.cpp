@@ -1,0 +1,351 @@
+// The screen layer's key:value text: what the writer gives, byte for byte,
+// and every reading rule, including the catalogue's older forms.
+
+#include "core/diagnostics.h"
+#include "core/number_reader.h"
+#include "document/boxes_layer.h"
+#include "document/global.h"
+#include "support/test_support.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+using namespace Vantora_TesserinePro;
+
+namespace {
+
+const std::string white = "1.000000 1.000000 1.000000 1.000000";
+
+struct parameter_text : ::testing::Test {
+    Global global;
+    std::ostringstream parse_errors;
+
+    void SetUp() override {
+        global.m_project = std::make_shared<project>();
+        set_parse_error_out(&parse_errors);
+    }
+    void TearDown() override { set_parse_error_out(nullptr); }
+
+    pointer<boxes_layer> screen() {
+        return std::static_pointer_cast<boxes_layer>(global.create_layer(e_layer_boxes));
+    }
+    std::string params(const boxes_layer& layer) {
+        return layer.get_all_parameters().as_string(":", "\n");
+    }
+    // The two lines a guarded read writes on failure.
+    static std::string parse_error(const std::string& failure, const std::string& key,
+                                   const std::string& value) {
+        return "Parse error: " + failure + "\n" + key + " : " + value + "\n";
+    }
+};
+
+} // namespace
+
+TEST_F(parameter_text, DefaultTextOfAllKeysInWriterOrder) {
+    auto layer = screen();
+    const std::string expected = "BoxColors:\n"
+                                 "BoxTintColors:\n"
+                                 "PowerVolts:110\n"
+                                 "PowerPhases:3\n"
+                                 "PowerWatts:200\n"
+                                 "PhysW:500.000000\n"
+                                 "PhysH:500.000000\n"
+                                 "ShowMM:0\n"
+                                 "ShowFT:0\n"
+                                 "DrawBoxesNames:0\n"
+                                 "DrawPower:0\n"
+                                 "DrawSnake:1\n"
+                                 "SkipBlankBoxes:1\n"
+                                 "CustomDataPath:0\n"
+                                 "DataDiagramType:0\n"
+                                 "DrawGrid:0\n"
+                                 "DrawCircle:0\n"
+                                 "DrawInfoLine:1\n"
+                                 "DrawBoxes:1\n"
+                                 "DrawScreenSize:1\n"
+                                 "DrawLayerName:1\n"
+                                 "GridWidth:2\n"
+                                 "SnakeLimit:655360\n"
+                                 "SnakeMode:6\n"
+                                 "BoxesNamesColor:1.000000 1.000000 1.000000 1.000000\n"
+                                 "BoxesNamesReverse:0\n"
+                                 "BoxBorderColor:1.000000 1.000000 1.000000 1.000000\n"
+                                 "CircleColor:1.000000 1.000000 1.000000 1.000000\n"
+                                 "SnakeColor:1.000000 1.000000 1.000000 1.000000\n"
+                                 "SnakeWidth:8\n"
+                                 "UseRandomSnakeColor:0\n"
+                                 "CircleWidth:2\n"
+                                 "CornersMode:1\n"
+                                 "Width:128\n"
+                                 "Height:128\n"
+                                 "Columns:8\n"
+                                 "Rows:5\n"
+                                 "ExcludeBoxes:\n"
+                                 "HalfColumns:0000\n"
+                                 "BoxesNamesFontSize:40\n"
+                                 "LayerNameFontSize:0\n"
+                                 "LabelFontColor:1.000000 1.000000 1.000000 1.000000\n"
+                                 "LabelFontSize:30\n";
+    EXPECT_EQ(params(*layer), expected);
+    EXPECT_EQ(layer->get_all_parameters().size(), 43u);
+
+    layer->default_colors();
+    const property_set after = layer->get_all_parameters();
+    EXPECT_EQ(after.get("BoxColors"), "0.247059 0.498039 0.498039 1.000000");
+    EXPECT_EQ(after.get("BoxTintColors"), "0.584314 0.721569 0.721569 1.000000");
+    EXPECT_EQ(after.entries()[0].first, "BoxColors");
+    EXPECT_EQ(after.entries()[1].first, "BoxTintColors");
+}
+
+TEST_F(parameter_text, WriterForms) {
+    auto layer = screen();
+    layer->BoxColors = {color::color(255, 0, 0, 255), color::color(0, 0, 255, 0)};
+    layer->PhysW = 0.1f; // widened to double before "%f"
+    layer->PhysH = -2.5f;
+    layer->HalfColumns = std::bitset<4>("1001");
+    layer->ExcludeBoxes.add(box_id(1, 2));
+    layer->ExcludeBoxes.add(0xFFFFFFFFu);
+    layer->ExcludeBoxes.add(7);
+    layer->Rows = -3;
+    const property_set p = layer->get_all_parameters();
+    EXPECT_EQ(p.get("BoxColors"),
+              "1.000000 0.000000 0.000000 1.000000|0.000000 0.000000 1.000000 0.000000");
+    EXPECT_EQ(p.get("PhysW"), "0.100000");
+    EXPECT_EQ(p.get("PhysH"), "-2.500000");
+    EXPECT_EQ(p.get("HalfColumns"), "1001");
+    EXPECT_EQ(p.get("ExcludeBoxes"), "7|-1|65538"); // newest first, signed
+    EXPECT_EQ(p.get("Rows"), "-3");
+}
+
+TEST_F(parameter_text, IntegersTakeWordsInAnyCase) {
+    auto layer = screen();
+    for (const char* no : {"false", "False", "0", "FALSE", "off", "No"}) {
+        layer->DrawSnake = 1;
+        layer->apply_parameter_by_name("DrawSnake", no);
+        EXPECT_EQ(layer->DrawSnake, 0) << no;
+    }
+    for (const char* yes : {"true", "TRUE", "On", "yes", "1"}) {
+        layer->DrawSnake = 0;
+        layer->apply_parameter_by_name("DrawSnake", yes);
+        EXPECT_EQ(layer->DrawSnake, 1) << yes;
+    }
+    layer->apply_parameter_by_name("Width", "ON"); // words go to every integer key
+    EXPECT_EQ(layer->Width, 1);
+    EXPECT_EQ(parse_errors.str(), "");
+}
+
+TEST_F(parameter_text, IntegerFailureKeepsDigitsReadAndReportsTwoLines) {
+    auto layer = screen();
+    layer->apply_parameter_by_name("Columns", "5x");
+    EXPECT_EQ(layer->Columns, 5);
+    EXPECT_EQ(parse_errors.str(), parse_error("invalid digit 'x' in \"5x\"", "Columns", "5x"));
+
+    parse_errors.str("");
+    layer->apply_parameter_by_name("Columns", "x5");
+    EXPECT_EQ(layer->Columns, 0);
+    EXPECT_EQ(parse_errors.str(), parse_error("invalid digit 'x' in \"x5\"", "Columns", "x5"));
+
+    parse_errors.str("");
+    layer->apply_parameter_by_name("Rows", "-3"); // no clamping here
+    EXPECT_EQ(layer->Rows, -3);
+    layer->apply_parameter_by_name("Rows", "-12z"); // no sign on failure
+    EXPECT_EQ(layer->Rows, 12);
+    layer->apply_parameter_by_name("GridWidth", "");
+    EXPECT_EQ(layer->GridWidth, 0);
+    layer->apply_parameter_by_name("SnakeLimit", " 7"); // no trimming
+    EXPECT_EQ(layer->SnakeLimit, 0);
+    EXPECT_EQ(parse_errors.str(),
+              parse_error("invalid digit 'z' in \"-12z\"", "Rows", "-12z") +
+                  parse_error("invalid digit ' ' in \" 7\"", "SnakeLimit", " 7"));
+}
+
+TEST_F(parameter_text, FailureOfOneKeyLeavesTheRestOfTheRecordReading) {
+    auto layer = screen();
+    layer->apply_layer_info("Columns:5x\nRows:4\nHalfColumns:2\nWidth:64\n");
+    EXPECT_EQ(layer->Columns, 5);
+    EXPECT_EQ(layer->Rows, 4);
+    EXPECT_EQ(layer->Width, 64);
+    EXPECT_EQ(parse_errors.str(),
+              parse_error("invalid digit 'x' in \"5x\"", "Columns", "5x") +
+                  parse_error("bitset string ctor has invalid argument", "HalfColumns", "2"));
+}
+
+TEST_F(parameter_text, RealsNeverFail) {
+    auto layer = screen();
+    layer->apply_parameter_by_name("PhysW", "abc");
+    EXPECT_EQ(layer->PhysW, 0.0f);
+    layer->apply_parameter_by_name("PhysH", "12.5mm");
+    EXPECT_EQ(layer->PhysH, 12.5f);
+    layer->apply_parameter_by_name("PhysH", "1e2");
+    EXPECT_EQ(layer->PhysH, 100.0f);
+    EXPECT_EQ(parse_errors.str(), "");
+}
+
+TEST_F(parameter_text, HalfColumnsBitString) {
+    auto layer = screen();
+    layer->apply_parameter_by_name("HalfColumns", "0010");
+    EXPECT_EQ(layer->HalfColumns.to_ulong(), 2u); // the half last column
+    layer->apply_parameter_by_name("HalfColumns", "2");
+    EXPECT_EQ(layer->HalfColumns.to_ulong(), 2u);
+    EXPECT_EQ(parse_errors.str(),
+              parse_error("bitset string ctor has invalid argument", "HalfColumns", "2"));
+    layer->apply_parameter_by_name("HalfColumns", "1");
+    EXPECT_EQ(layer->HalfColumns.to_ulong(), 1u); // higher bits clear
+    layer->apply_parameter_by_name("HalfColumns", "10");
+    EXPECT_EQ(layer->HalfColumns.to_ulong(), 2u);
+    layer->apply_parameter_by_name("HalfColumns", "110000"); // the first four count
+    EXPECT_EQ(layer->HalfColumns.to_ulong(), 12u);
+    layer->apply_parameter_by_name("HalfColumns", "1111x"); // checked to the end
+    EXPECT_EQ(layer->HalfColumns.to_ulong(), 12u);
+    layer->apply_parameter_by_name("HalfColumns", "");
+    EXPECT_EQ(layer->HalfColumns.to_ulong(), 0u);
+}
+
+TEST_F(parameter_text, FontSizesStoreAsReadAndWriteNormalised) {
+    auto layer = screen();
+    layer->apply_parameter_by_name("BoxesNamesFontSize", "3");
+    EXPECT_EQ(layer->BoxesNamesFontSize.value, 3);
+    EXPECT_EQ(layer->BoxesNamesFontSize.get(), 5);
+    EXPECT_EQ(layer->get_all_parameters().get("BoxesNamesFontSize"), "5");
+
+    layer->apply_parameter_by_name("LayerNameFontSize", "3");
+    EXPECT_EQ(layer->get_all_parameters().get("LayerNameFontSize"), "5");
+    layer->apply_parameter_by_name("LayerNameFontSize", "0");
+    EXPECT_EQ(layer->get_all_parameters().get("LayerNameFontSize"), "0");
+
+    layer->apply_parameter_by_name("LabelFontSize", "0");
+    EXPECT_EQ(layer->get_all_parameters().get("LabelFontSize"), "5");
+
+    // No words, and a failure leaves the stored value whole.
+    layer->apply_parameter_by_name("LabelFontSize", "44");
+    layer->apply_parameter_by_name("LabelFontSize", "true");
+    layer->apply_parameter_by_name("LabelFontSize", "7pt");
+    EXPECT_EQ(layer->LabelFontSize.value, 44);
+    EXPECT_EQ(parse_errors.str(),
+              parse_error("invalid digit 't' in \"true\"", "LabelFontSize", "true") +
+                  parse_error("invalid digit 'p' in \"7pt\"", "LabelFontSize", "7pt"));
+}
+
+TEST_F(parameter_text, OldColourFormUsesTheOddDigitRule) {
+    auto layer = screen();
+    layer->apply_parameter_by_name("BoxColors_1", "12345"); // not six digits
+    EXPECT_TRUE(layer->BoxColors.empty());
+    layer->apply_parameter_by_name("BoxColors_1", "ABCDEF");
+    ASSERT_EQ(layer->BoxColors.size(), 1u);
+    EXPECT_EQ(layer->BoxColors[0], color::color(0x01, 0x23, 0x45, 255));
+    layer->apply_parameter_by_name("BoxColors_1", "B54000");
+    EXPECT_EQ(layer->BoxColors[0], color::color(0x15, 0x40, 0x00, 255));
+    layer->apply_parameter_by_name("BoxColors_1", "581845");
+    EXPECT_EQ(layer->BoxColors[0], color::color(0x58, 0x18, 0x45, 255));
+    EXPECT_EQ(layer->BoxColors.size(), 1u);
+    layer->apply_parameter_by_name("BoxColors_2", "900C3F"); // no effect
+    EXPECT_EQ(layer->BoxColors.size(), 1u);
+    EXPECT_EQ(layer->BoxColors[0], color::color(0x58, 0x18, 0x45, 255));
+    EXPECT_EQ(parse_errors.str(), "");
+}
+
+TEST_F(parameter_text, ColourFailuresOfTheFirstStepsGoUp) {
+    auto layer = screen();
+    EXPECT_THROW(layer->apply_parameter_by_name("BoxColors_1", "GG0000"), parse_failure);
+    EXPECT_THROW(layer->apply_layer_info("Rows:2\nBoxColors:nonsense\nColumns:3\n"),
+                 std::invalid_argument);
+    EXPECT_EQ(layer->Rows, 2);    // read before the failure
+    EXPECT_EQ(layer->Columns, 8); // never reached
+    layer->BoxTintColors.clear();
+    EXPECT_THROW(layer->apply_parameter_by_name("BoxTintColors", "FF0000|bad|00FF00"),
+                 std::invalid_argument);
+    ASSERT_EQ(layer->BoxTintColors.size(), 1u); // the good one before it stays
+    EXPECT_EQ(layer->BoxTintColors[0], color::color(255, 0, 0, 255));
+    EXPECT_EQ(parse_errors.str(), ""); // not reported by the guarded reads
+}
+
+TEST_F(parameter_text, ColourListsAppend) {
+    auto layer = screen();
+    layer->BoxColors = {color::color(1, 2, 3, 4)};
+    layer->apply_layer_info("BoxColors:1.000000 0.000000 0.000000 1.000000|00FF00\n"
+                            "BoxColors:0.000000 0.000000 1.000000 1.000000|\n"
+                            "BoxColors:\n");
+    ASSERT_EQ(layer->BoxColors.size(), 4u);
+    EXPECT_EQ(layer->BoxColors[0], color::color(1, 2, 3, 4)); // kept in front
+    EXPECT_EQ(layer->BoxColors[1], color::color(255, 0, 0, 255));
+    EXPECT_EQ(layer->BoxColors[2], color::color(0, 255, 0, 255));
+    EXPECT_EQ(layer->BoxColors[3], color::color(0, 0, 255, 255));
+}
+
+TEST_F(parameter_text, SingleColoursReplaceOnlyOnSuccess) {
+    auto layer = screen();
+    layer->apply_parameter_by_name("CircleColor", "0.000000 1.000000 0.000000 0.500000");
+    EXPECT_EQ(layer->CircleColor, color::color(0, 255, 0, 128));
+    layer->apply_parameter_by_name("SnakeColor", "EFDADE"); // catalogue form, true hex
+    EXPECT_EQ(layer->SnakeColor, color::color(0xEF, 0xDA, 0xDE, 255));
+    layer->apply_parameter_by_name("CircleColor", "green");
+    EXPECT_EQ(layer->CircleColor, color::color(0, 255, 0, 128));
+    EXPECT_EQ(parse_errors.str(),
+              parse_error("invalid color text \"green\"", "CircleColor", "green"));
+}
+
+TEST_F(parameter_text, IdLists) {
+    auto layer = screen();
+    layer->ExcludeBoxes.add(9);
+    layer->apply_parameter_by_name("ExcludeBoxes", ""); // the set stays
+    EXPECT_EQ(layer->ExcludeBoxes.size(), 1u);
+    layer->apply_parameter_by_name("ExcludeBoxes", "65538|ON|");
+    EXPECT_EQ(layer->get_all_parameters().get("ExcludeBoxes"), "1|65538|9");
+
+    layer->apply_parameter_by_name("ExcludeBoxes", "3|x|4"); // stops at the bad token
+    EXPECT_TRUE(layer->ExcludeBoxes.contains(3));
+    EXPECT_FALSE(layer->ExcludeBoxes.contains(4));
+    EXPECT_EQ(parse_errors.str(),
+              parse_error("invalid digit 'x' in \"x\"", "ExcludeBoxes", "3|x|4"));
+}
+
+TEST_F(parameter_text, IdListOrderReversesOnReload) {
+    auto layer = screen();
+    layer->ExcludeBoxes.add(1);
+    layer->ExcludeBoxes.add(2);
+    layer->ExcludeBoxes.add(3);
+    const std::string first = layer->get_layer_info();
+    EXPECT_NE(first.find("ExcludeBoxes:3|2|1\n"), std::string::npos);
+    auto again = screen();
+    again->apply_layer_info(first);
+    EXPECT_NE(again->get_layer_info().find("ExcludeBoxes:1|2|3\n"), std::string::npos);
+}
+
+TEST_F(parameter_text, UnknownAndCatalogueOnlyKeysPassSilently) {
+    auto layer = screen();
+    const std::string before = params(*layer);
+    for (const char* key : {"undefined", "DrawCorners", "offsetX", "offsetY", "ScreenSizeFontSize",
+                            "LabelsColor", "ScreenSizeColor", "columns", "Columns ", ""})
+        layer->apply_parameter_by_name(key, "77");
+    EXPECT_EQ(params(*layer), before);
+    EXPECT_EQ(parse_errors.str(), "");
+    layer->apply_layer_info("offsetX:270\noffsetY:480\n");
+    EXPECT_EQ(layer->get_offset_x(), 0); // the base key is "OffsetX"
+}
+
+TEST_F(parameter_text, EveryWrittenKeyReadsBack) {
+    auto layer = screen();
+    layer->default_colors();
+    layer->apply_layer_info(
+        "PowerVolts:230\nPowerPhases:1\nPowerWatts:450\nPhysW:640.5\nPhysH:360.25\nShowMM:1\n"
+        "ShowFT:1\nDrawBoxesNames:1\nDrawPower:1\nDrawSnake:0\nSkipBlankBoxes:0\n"
+        "CustomDataPath:1\nDataDiagramType:3\nDrawGrid:1\nDrawCircle:1\nDrawInfoLine:0\n"
+        "DrawBoxes:0\nDrawScreenSize:0\nDrawLayerName:0\nGridWidth:4\nSnakeLimit:1000000\n"
+        "SnakeMode:2\nBoxesNamesColor:102030\nBoxesNamesReverse:1\nBoxBorderColor:405060\n"
+        "CircleColor:708090\nSnakeColor:A0B0C0\nSnakeWidth:3\nUseRandomSnakeColor:1\n"
+        "CircleWidth:5\nCornersMode:9\nWidth:96\nHeight:48\nColumns:12\nRows:6\n"
+        "ExcludeBoxes:5\nHalfColumns:0101\nBoxesNamesFontSize:22\nLayerNameFontSize:18\n"
+        "LabelFontColor:D0E0F0\nLabelFontSize:26\n");
+    EXPECT_EQ(parse_errors.str(), "");
+    const std::string text = layer->get_layer_info();
+    auto copy = screen();
+    copy->apply_layer_info(text);
+    EXPECT_EQ(copy->get_layer_info(), text);
+    EXPECT_EQ(copy->PowerVolts, 230);
+    EXPECT_EQ(copy->PhysH, 360.25f);
+    EXPECT_EQ(copy->DataDiagramType, 3);
+    EXPECT_EQ(copy->SnakeColor, color::color(0xA0, 0xB0, 0xC0, 255));
+    EXPECT_EQ(copy->HalfColumns.to_ulong(), 5u);
+    EXPECT_EQ(copy->LabelFontSize.value, 26);
+}

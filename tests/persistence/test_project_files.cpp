@@ -1,0 +1,579 @@
+// Project and preset files: the length-framed format byte for byte, the
+// reader's passes, limits and messages, and the file commands.
+
+#include "core/diagnostics.h"
+#include "document/boxes_layer.h"
+#include "document/global.h"
+#include "document/image_layer.h"
+#include "support/test_support.h"
+
+#include <QBuffer>
+#include <QDir>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <fcntl.h>
+#include <linux/fs.h>
+#include <sys/ioctl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <sstream>
+
+using namespace Vantora_TesserinePro;
+using Vantora_TesserinePro::testing::capture_diagnostics;
+using Vantora_TesserinePro::testing::read_file;
+using Vantora_TesserinePro::testing::recording_host;
+using Vantora_TesserinePro::testing::write_file;
+
+namespace {
+
+// The worked example: a 1920 by 1080 project with one small image layer
+// (its Data cut short) and a raster label.
+const std::string worked_example = "TESSERINE_LED_PROJECT v2 1 22\n"
+                                   "Width:1920\n"
+                                   "Height:1080\n"
+                                   "2 99\n"
+                                   "OffsetX:0\n"
+                                   "OffsetY:0\n"
+                                   "Name:Screen1\n"
+                                   "Hidden:0\n"
+                                   "CustomPath:\n"
+                                   "Width:8\n"
+                                   "Height:8\n"
+                                   "Data:89504E47\n"
+                                   "AspectRatio:1\n"
+                                   "100 57\n"
+                                   "Raster Label:1\n"
+                                   "X:1920\n"
+                                   "Y:1080\n"
+                                   "FontSize:20\n"
+                                   "Label:Main wall\n";
+
+// A screen layer record body that sets only what a test looks at.
+std::string record(int type, const std::string& body) {
+    return std::to_string(type) + " " + std::to_string(body.size()) + "\n" + body;
+}
+
+QImage test_picture(int w, int h) {
+    QImage img(w, h, QImage::Format_ARGB32);
+    for (int y = 0; y < h; ++y)
+        for (int x = 0; x < w; ++x)
+            img.setPixel(x, y, qRgba(x * 30, y * 30, (x * y) & 0xFF, 255 - x * y));
+    return img;
+}
+
+struct files : ::testing::Test {
+    recording_host host;
+    Global global{&host};
+    QTemporaryDir dir;
+
+    void SetUp() override {
+        Vantora_TesserinePro::testing::clear_data_folder();
+        global.m_project = std::make_shared<project>();
+    }
+    std::string path(const std::string& name) const {
+        return (dir.path() + "/").toStdString() + name;
+    }
+    pointer<boxes_layer> screen(const std::string& name) {
+        auto layer = std::static_pointer_cast<boxes_layer>(global.create_layer(e_layer_boxes));
+        layer->set_name(name);
+        return layer;
+    }
+    std::vector<std::string> layer_names() {
+        std::vector<std::string> out;
+        for (const auto& l : global.current_project()->get_layers())
+            out.push_back(l->get_name());
+        return out;
+    }
+    pointer_array<app_layer> read(const std::string& text,
+                                  const std::string& magic = "TESSERINE_LED_PRESETS v2") {
+        return global.create_layers_from_string(text, magic);
+    }
+};
+
+} // namespace
+
+TEST_F(files, WorkedExampleHas221BytesAndReadsBack) {
+    ASSERT_EQ(worked_example.size(), 221u);
+    global.set_paper_width(640);
+    global.set_paper_height(480);
+    capture_diagnostics out;
+    global.load_project_from_string(worked_example);
+    EXPECT_EQ(out.text(), "");
+    EXPECT_EQ(global.get_paper_width(), 1920);
+    EXPECT_EQ(global.get_paper_height(), 1080);
+    ASSERT_EQ(global.get_layers_count(), 1);
+    EXPECT_EQ(global.get_layer(0)->get_layer_type(), e_layer_image);
+    EXPECT_EQ(global.get_layer(0)->get_name(), "Screen1");
+    EXPECT_EQ(global.get_current_layer_id(), 0); // the top layer is selected
+    EXPECT_TRUE(global.raster_label_enabled);
+    EXPECT_EQ(global.raster_label_x, 1920);
+    EXPECT_EQ(global.raster_label_y, 1080);
+    EXPECT_EQ(global.raster_label_font_size, 20);
+    EXPECT_EQ(global.raster_label_lines, string_array{"Main wall"});
+}
+
+TEST_F(files, WorkedExampleWithARealPictureIsWrittenByteForByte) {
+    auto layer = std::static_pointer_cast<image_layer>(global.create_layer(e_layer_image));
+    layer->set_image(std::make_shared<image>(test_picture(8, 8)));
+    layer->set_width(8);
+    global.current_project()->get_layers().push_back(layer);
+    global.raster_label_x = 1920;
+    global.raster_label_y = 1080;
+    global.raster_label_lines = {"Main wall"};
+
+    const std::string hex = layer->getImageAsHex();
+    ASSERT_EQ(hex.substr(0, 8), "89504E47"); // a PNG
+    const std::string body = "OffsetX:0\nOffsetY:0\nName:Screen1\nHidden:0\nCustomPath:\n"
+                             "Width:8\nHeight:8\nData:" +
+                             hex + "\nAspectRatio:1\n";
+    ASSERT_EQ(body.size(), 99u - 8u + hex.size());
+    const std::string expected = "TESSERINE_LED_PROJECT v2 1 22\nWidth:1920\nHeight:1080\n2 " +
+                                 std::to_string(body.size()) + "\n" + body +
+                                 "100 57\nRaster Label:1\nX:1920\nY:1080\nFontSize:20\n"
+                                 "Label:Main wall\n";
+    ASSERT_TRUE(global.save_project_to_file(path("example.tsrx")));
+    EXPECT_EQ(read_file(path("example.tsrx")), expected);
+
+    // A preset file of the same layer: the record and nothing else.
+    global.get_presets().push_back(layer);
+    ASSERT_TRUE(global.save_presets_to_file(path("example.tsrx_presets")));
+    EXPECT_EQ(read_file(path("example.tsrx_presets")),
+              "TESSERINE_LED_PRESETS v2 1 0\n2 " + std::to_string(body.size()) + "\n" + body);
+
+    Global other(&host);
+    other.load_project_from_file(path("example.tsrx"));
+    ASSERT_EQ(other.get_layers_count(), 1);
+    auto back = std::dynamic_pointer_cast<image_layer>(other.get_layer(0));
+    ASSERT_TRUE(back && back->get_image());
+    EXPECT_EQ(back->get_width(), 8);
+    EXPECT_EQ(back->get_height(), 8);
+    EXPECT_EQ(back->get_image()->convertToFormat(QImage::Format_ARGB32), test_picture(8, 8));
+}
+
+TEST_F(files, HeaderCountLimits) {
+    const std::string body = "Name:A\n";
+    {
+        // 1024 layers and the raster label: 1025 passes, all used.
+        std::string text = "TESSERINE_LED_PROJECT v2 1024 0\n";
+        for (int i = 0; i < 1024; ++i)
+            text += record(1, "Name:L" + std::to_string(i) + "\n");
+        text += record(100, "Raster Label:1\nX:7\n");
+        capture_diagnostics out;
+        auto layers = read(text, "TESSERINE_LED_PROJECT v2");
+        EXPECT_EQ(out.text(), "");
+        ASSERT_EQ(layers.size(), 1024u);
+        EXPECT_EQ(layers[1023]->get_name(), "L1023");
+        EXPECT_EQ(global.raster_label_x, 7);
+    }
+    for (const char* count : {"1025", "-1", "-1024"}) {
+        capture_diagnostics out;
+        EXPECT_TRUE(
+            read(std::string("TESSERINE_LED_PRESETS v2 ") + count + " 0\n" + record(1, body))
+                .empty());
+        EXPECT_EQ(out.text(), "layers_count can't be <0 or >1024\n") << count;
+    }
+}
+
+TEST_F(files, CountPastTheRecordsRepeatsTheLastOnlyOnce) {
+    capture_diagnostics out;
+    auto layers =
+        read("TESSERINE_LED_PRESETS v2 1024 0\n" + record(1, "Name:A\n") + record(1, "Name:B\n"));
+    ASSERT_EQ(layers.size(), 3u);
+    EXPECT_EQ(layers[2]->get_name(), "B");
+    EXPECT_EQ(out.text(), "create_layers_from_string::layers_count 1024 runs past the end of "
+                          "the text, stopped after 3 passes\n");
+}
+
+TEST_F(files, HeaderCheck) {
+    for (const std::string& text :
+         {std::string(), std::string("TESSERINE_LED_PRESETS\n1 7\nName:A\n"),
+          std::string("TESSERINE_LED_PROJECT v2 0 0\n"),
+          std::string("tesserine_led_presets v2 0\n"),
+          std::string("\nTESSERINE_LED_PRESETS v2 0 0\n")}) {
+        capture_diagnostics out;
+        EXPECT_TRUE(read(text).empty());
+        EXPECT_EQ(out.text(), "create_layers_from_string::header check err\n");
+    }
+}
+
+TEST_F(files, RecordLengthLimits) {
+    std::string body = "Name:big\n";
+    body.resize(16777216 - 1, 'x');
+    body += '\n';
+    {
+        capture_diagnostics out;
+        auto layers = read("TESSERINE_LED_PRESETS v2 0 0\n" + record(1, body));
+        ASSERT_EQ(layers.size(), 1u);
+        EXPECT_EQ(layers[0]->get_name(), "big");
+        EXPECT_EQ(out.text(), "");
+    }
+    body += 'y';
+    {
+        capture_diagnostics out;
+        EXPECT_TRUE(read("TESSERINE_LED_PRESETS v2 0 0\n" + record(1, body)).empty());
+        EXPECT_EQ(out.text(), "create_layers_from_string::data len too large [16777217]\n");
+    }
+    for (const char* head : {"1 0", "1 -5"}) {
+        capture_diagnostics out;
+        EXPECT_TRUE(
+            read(std::string("TESSERINE_LED_PRESETS v2 0 0\n") + head + "\nName:A\n").empty());
+        EXPECT_EQ(out.text(), std::string("create_layers_from_string::data len too large [") +
+                                  (head + 2) + "]\n");
+    }
+}
+
+TEST_F(files, CrLfHeadsReadLikeLf) {
+    capture_diagnostics out;
+    auto layers = read("TESSERINE_LED_PRESETS v2 1 0\r\n1 14\r\nName:A\nRows:2\n1 7\r\nName:B\n");
+    EXPECT_EQ(out.text(), "");
+    ASSERT_EQ(layers.size(), 2u); // count 1 and the one pass more
+    EXPECT_EQ(layers[0]->get_name(), "A");
+    EXPECT_EQ(std::static_pointer_cast<boxes_layer>(layers[0])->Rows, 2);
+    EXPECT_EQ(layers[1]->get_name(), "B");
+}
+
+TEST_F(files, ConvertedBodiesLoseTheirFraming) {
+    // Line ends turned to CR LF: the declared byte counts no longer fit.
+    capture_diagnostics out;
+    auto layers = read("TESSERINE_LED_PRESETS v2 1 0\r\n1 14\r\nName:A\r\nRows:2\r\n1 7\r\n"
+                       "Name:B\r\n");
+    ASSERT_EQ(layers.size(), 1u);
+    EXPECT_EQ(out.text(), "create_layers_from_string::HDR::step2 error [std:]\n");
+}
+
+TEST_F(files, WidthBlockOfZeroIsReadPast) {
+    global.set_paper_width(800);
+    global.set_paper_height(600);
+    capture_diagnostics out;
+    auto layers =
+        read("TESSERINE_LED_PROJECT v2 0 16\nWidth:0\nHeight:0\n" + record(1, "Name:Logo layer\n"),
+             "TESSERINE_LED_PROJECT v2");
+    EXPECT_EQ(out.text(), "");
+    ASSERT_EQ(layers.size(), 1u);
+    EXPECT_EQ(layers[0]->get_name(), "Logo layer");
+    EXPECT_EQ(global.paper_width, 800);
+    EXPECT_EQ(global.paper_height, 600);
+    EXPECT_EQ(host.label_from_raster, 0);
+
+    read("TESSERINE_LED_PROJECT v2 0 18\nWidth:1024\nHeight:0\n" + record(1, "Name:L\n"),
+         "TESSERINE_LED_PROJECT v2");
+    EXPECT_EQ(global.paper_width, 800); // both must be at least 1
+}
+
+TEST_F(files, WidthBlockInAnyPassAndTheRasterLabelEdge) {
+    global.raster_label_x = 600;
+    global.raster_label_width = 40;
+    global.raster_label_y = 10;
+    global.raster_label_height = 20;
+    host.on_label_from_raster = [](Global& g) { g.raster_label_x = 1; };
+    capture_diagnostics out;
+    auto layers = read("TESSERINE_LED_PRESETS v2 1 0\n" + record(1, "Name:A\n") +
+                       "Width:640\nHeight:480\n" + record(1, "Name:B\n"));
+    EXPECT_EQ(out.text(), "");
+    ASSERT_EQ(layers.size(), 2u);
+    EXPECT_EQ(layers[1]->get_name(), "B");
+    EXPECT_EQ(global.paper_width, 640);
+    EXPECT_EQ(global.paper_height, 480);
+    // The label touched the new right edge: the palette's values are taken.
+    EXPECT_EQ(host.label_from_raster, 1);
+    EXPECT_EQ(global.raster_label_x, 1);
+
+    // A label that touches neither edge is left alone; "Width" anywhere in the
+    // line starts the block, and a scan that fails counts 0.
+    read("TESSERINE_LED_PRESETS v2 2 0\n" + record(1, "Name:A\n") + "Width:700\nHeight:500\n" +
+         record(1, "Name:B\n") + "xWidth:900\nHeight:900\n" + record(1, "Name:C\n"));
+    EXPECT_EQ(global.paper_width, 700);
+    EXPECT_EQ(host.label_from_raster, 1);
+
+    // The bottom edge counts as well.
+    global.raster_label_y = 300;
+    global.raster_label_height = 0;
+    read("TESSERINE_LED_PRESETS v2 0 0\nWidth:320\nHeight:300\n" + record(1, "Name:A\n"));
+    EXPECT_EQ(host.label_from_raster, 2);
+}
+
+TEST_F(files, UnknownRecordTypeStopsTheLoadKeepingWhatCameBefore) {
+    capture_diagnostics out;
+    auto layers = read("TESSERINE_LED_PRESETS v2 3 0\n" + record(1, "Name:A\n") +
+                       record(3, "abcd\n") + record(1, "Name:C\n"));
+    ASSERT_EQ(layers.size(), 1u);
+    EXPECT_EQ(layers[0]->get_name(), "A");
+    EXPECT_EQ(out.text(), "create_layers_from_string::ROW layer type incorrect [3]\n");
+}
+
+TEST_F(files, PresetFileOfThreeReadsBackAsFour) {
+    for (const char* name : {"One", "Two", "Three"})
+        global.get_presets().push_back(screen(name));
+    std::static_pointer_cast<boxes_layer>(global.get_presets()[2])->Columns = 11;
+    ASSERT_TRUE(global.save_presets_to_file(path("three.tsrx_presets")));
+    const std::string text = read_file(path("three.tsrx_presets"));
+    EXPECT_EQ(text.substr(0, 29), "TESSERINE_LED_PRESETS v2 3 0\n");
+
+    capture_diagnostics out;
+    global.load_presets_from_string(global.read_full_file_as_text(path("three.tsrx_presets")));
+    EXPECT_EQ(out.text(), "");
+    ASSERT_EQ(global.get_presets_count(), 4);
+    EXPECT_EQ(global.get_presets()[0]->get_name(), "One");
+    EXPECT_EQ(global.get_presets()[2]->get_layer_info(), global.get_presets()[3]->get_layer_info());
+    EXPECT_EQ(std::static_pointer_cast<boxes_layer>(global.get_presets()[3])->Columns, 11);
+    EXPECT_NE(global.get_presets()[2], global.get_presets()[3]); // two layers, alike
+}
+
+TEST_F(files, EmptyPresetFileWithCountZero) {
+    global.get_presets().push_back(screen("Old"));
+    capture_diagnostics out;
+    global.load_presets_from_string("TESSERINE_LED_PRESETS v2 0 0\n");
+    EXPECT_EQ(global.get_presets_count(), 0);
+    EXPECT_EQ(out.text(),
+              "create_layers_from_string::HDR::step2 error [std:TESSERINE_LED_PRESETS v2 0 0]\n");
+}
+
+TEST_F(files, CutFileKeepsWhatWasThereAndTheOldBufferBehindIt) {
+    const std::string first = "Name:First layer\nRows:7\n";
+    const std::string text = "TESSERINE_LED_PROJECT v2 2 0\n" + record(1, first) + "1 " +
+                             std::to_string(first.size()) + "\nName:B\n";
+    capture_diagnostics out;
+    auto layers = read(text, "TESSERINE_LED_PROJECT v2");
+    EXPECT_EQ(out.text(), "");
+    ASSERT_EQ(layers.size(), 3u);
+    EXPECT_EQ(layers[0]->get_name(), "First layer");
+    // "Name:B\n" and then what the buffer held from index 7: "rst layer\nRows:7\n".
+    for (std::size_t i : {1u, 2u}) {
+        EXPECT_EQ(layers[i]->get_name(), "B");
+        EXPECT_EQ(std::static_pointer_cast<boxes_layer>(layers[i])->Rows, 7);
+    }
+}
+
+TEST_F(files, ShorterBodySwallowsTheNextHead) {
+    capture_diagnostics out;
+    // Declared 20, but the body has 14: "1 7\n" and "Na" go with it.
+    auto layers = read("TESSERINE_LED_PRESETS v2 2 0\n1 20\nName:A\nRows:2\n1 7\nName:B\n");
+    ASSERT_EQ(layers.size(), 1u);
+    EXPECT_EQ(layers[0]->get_name(), "A");
+    EXPECT_EQ(std::static_pointer_cast<boxes_layer>(layers[0])->Rows, 2);
+    EXPECT_EQ(out.text(), "create_layers_from_string::HDR::step2 error [std:me:B]\n");
+}
+
+TEST_F(files, BodyEndsAtItsFirstNul) {
+    std::string body = "Name:A\n";
+    body += '\0';
+    body += "Rows:9\n";
+    auto layers = read("TESSERINE_LED_PRESETS v2 0 0\n" + record(1, body));
+    ASSERT_EQ(layers.size(), 1u);
+    EXPECT_EQ(std::static_pointer_cast<boxes_layer>(layers[0])->Rows, 5);
+}
+
+TEST_F(files, LayersGetDefaultsBeforeTheirRecord) {
+    auto layers = read("TESSERINE_LED_PRESETS v2 0 0\n" + record(1, "Name:A\n"));
+    ASSERT_EQ(layers.size(), 1u);
+    auto boxes = std::static_pointer_cast<boxes_layer>(layers[0]);
+    EXPECT_EQ(boxes->DrawGrid, 1);
+    EXPECT_EQ(boxes->DrawSnake, 0);
+    EXPECT_TRUE(boxes->BoxColors.empty()); // colours are not defaulted
+    EXPECT_EQ(layers[0]->get_global(), &global);
+    EXPECT_TRUE(global.get_presets().empty()); // unattached
+    EXPECT_EQ(global.get_layers_count(), 0);
+}
+
+TEST_F(files, ReadFullFileAsText) {
+    EXPECT_EQ(global.read_full_file_as_text(path("missing")), "");
+    EXPECT_EQ(global.read_full_file_as_text(dir.path().toStdString()), "");
+    write_file(path("nul"), std::string("abc\0def", 7));
+    EXPECT_EQ(global.read_full_file_as_text(path("nul")), "abc");
+}
+
+TEST_F(files, LoadingAProjectReplacesTheDocument) {
+    global.current_project()->get_layers().push_back(screen("Old"));
+    global.raster_label_lines = {"kept"};
+    capture_diagnostics out;
+    global.load_project_from_string("not a project");
+    EXPECT_EQ(global.get_layers_count(), 0);
+    EXPECT_EQ(global.get_current_layer_id(), -1);
+    EXPECT_EQ(global.raster_label_lines, string_array{"kept"}); // no record of type 100
+    EXPECT_EQ(host.reloads, 1);
+
+    const std::string two =
+        "TESSERINE_LED_PROJECT v2 2 0\n" + record(1, "Name:A\n") + record(2, "Name:P\n");
+    global.load_project_from_file(""); // nothing for an empty path
+    EXPECT_EQ(host.reloads, 1);
+    write_file(path("two.tsrx"), two);
+    global.load_project_from_file(path("two.tsrx"));
+    EXPECT_EQ(layer_names(), (std::vector<std::string>{"A", "P", "P"}));
+    EXPECT_EQ(global.get_current_layer_id(), 2);
+    EXPECT_EQ(host.reloads, 3); // once in the string load, once more for the file
+}
+
+TEST_F(files, ProjectRoundTripGivesIdenticalBytes) {
+    {
+        capture_diagnostics quiet; // no logo file: the header message
+        global.load_default_layers();
+    }
+    auto screen_layer = global.current_boxes_layer();
+    ASSERT_TRUE(screen_layer);
+    screen_layer->set_offset_x(-40);
+    screen_layer->Columns = 3;
+    screen_layer->PhysW = 333.3f;
+    screen_layer->ExcludeBoxes.add(box_id(2, 1)); // one id: the order cannot turn
+    screen_layer->HalfColumns = std::bitset<4>("1100");
+    screen_layer->BoxesNamesColor = color::color(12, 200, 99, 17);
+    auto second = screen("Side: left");
+    second->set_hidden(true);
+    global.insert_layer_at(second, -1);
+    auto picture = std::static_pointer_cast<image_layer>(global.create_layer(e_layer_image));
+    picture->set_image(std::make_shared<image>(test_picture(5, 3)));
+    picture->set_width(10);
+    global.insert_layer_at(picture, -1);
+    global.set_paper_width(3840);
+    global.raster_label_lines = {"Stage", "", "  "};
+    global.raster_label_font_size = 31;
+
+    ASSERT_TRUE(global.save_project_to_file(path("a.tsrx")));
+    Global other(&host);
+    other.load_project_from_file(path("a.tsrx"));
+    ASSERT_TRUE(other.save_project_to_file(path("b.tsrx")));
+    EXPECT_EQ(read_file(path("a.tsrx")), read_file(path("b.tsrx")));
+    EXPECT_EQ(other.get_layers_count(), 3);
+    EXPECT_EQ(other.get_paper_width(), 3840);
+    EXPECT_EQ(other.get_layer(1)->get_name(), "Side: left");
+}
+
+TEST_F(files, ImageLayerRoundTripKeepsPixelsExactly) {
+    QImage img(17, 9, QImage::Format_ARGB32);
+    for (int y = 0; y < img.height(); ++y)
+        for (int x = 0; x < img.width(); ++x)
+            img.setPixel(x, y,
+                         qRgba((x * 37 + y) & 0xFF, (y * 91) & 0xFF, ((x ^ y) * 13) & 0xFF,
+                               (x * 15 + y * 7) & 0xFF));
+    auto layer = std::static_pointer_cast<image_layer>(global.create_layer(e_layer_image));
+    layer->set_image(std::make_shared<image>(img));
+    global.current_project()->get_layers().push_back(layer);
+    ASSERT_TRUE(global.save_project_to_file(path("pic.tsrx")));
+
+    Global other(&host);
+    other.load_project_from_file(path("pic.tsrx"));
+    ASSERT_EQ(other.get_layers_count(), 1);
+    auto back = std::dynamic_pointer_cast<image_layer>(other.get_layer(0));
+    ASSERT_TRUE(back && back->get_image());
+    const QImage got = back->get_image()->convertToFormat(QImage::Format_ARGB32);
+    ASSERT_EQ(got.size(), img.size());
+    for (int y = 0; y < img.height(); ++y)
+        for (int x = 0; x < img.width(); ++x)
+            ASSERT_EQ(got.pixel(x, y), img.pixel(x, y)) << x << "," << y;
+}
+
+namespace {
+// Makes a folder unwritable even for root (the immutable flag), and undoes it.
+struct locked_folder {
+    std::string folder;
+    bool locked = false;
+    explicit locked_folder(const std::string& f) : folder(f) {
+        ::chmod(folder.c_str(), 0555);
+        if (::geteuid() != 0) {
+            locked = true;
+            return;
+        }
+        locked = set_immutable(true);
+    }
+    ~locked_folder() {
+        if (::geteuid() == 0) set_immutable(false);
+        ::chmod(folder.c_str(), 0755);
+    }
+    bool set_immutable(bool on) {
+        const int fd = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY);
+        if (fd < 0) return false;
+        int flags = 0;
+        bool ok = ::ioctl(fd, FS_IOC_GETFLAGS, &flags) == 0;
+        if (ok) {
+            flags = on ? (flags | FS_IMMUTABLE_FL) : (flags & ~FS_IMMUTABLE_FL);
+            ok = ::ioctl(fd, FS_IOC_SETFLAGS, &flags) == 0;
+        }
+        ::close(fd);
+        return ok;
+    }
+};
+} // namespace
+
+TEST_F(files, FailedSaveReturnsFalseAndLeavesTheOldFileWhole) {
+    QDir(dir.path()).mkdir("locked");
+    const std::string folder = path("locked");
+    const std::string target = folder + "/project.tsrx";
+    const std::string old = "TESSERINE_LED_PROJECT v2 0 0\nold bytes";
+    ASSERT_TRUE(write_file(target, old));
+    global.current_project()->get_layers().push_back(screen("New"));
+    {
+        locked_folder lock(folder);
+        if (!lock.locked) GTEST_SKIP() << "cannot make a folder unwritable here";
+        EXPECT_FALSE(global.save_project_to_file(target));
+        EXPECT_FALSE(global.last_write_error().empty());
+        EXPECT_FALSE(global.save_presets_to_file(folder + "/p.tsrx_presets"));
+    }
+    EXPECT_EQ(read_file(target), old);
+    EXPECT_FALSE(QFile::exists(QString::fromStdString(folder + "/p.tsrx_presets")));
+
+    EXPECT_FALSE(global.save_project_to_file(""));
+    EXPECT_FALSE(global.save_project_to_file(dir.path().toStdString())); // a folder
+}
+
+TEST_F(files, PresetsFromAFileReplaceTheSavedList) {
+    write_file(path("mine.tsrx_presets"),
+               "TESSERINE_LED_PRESETS v2 0 0\n" + record(1, "Name:Mine\n"));
+    global.load_presets_from_file(path("mine.tsrx_presets"));
+    EXPECT_EQ(global.get_presets_count(), 1);
+    EXPECT_EQ(host.reloads, 1);
+    const std::string autosaved = read_file(global.auto_save_preset_file_name().string());
+    EXPECT_EQ(autosaved, "TESSERINE_LED_PRESETS v2 1 0\n" +
+                             record(1, global.get_presets()[0]->get_layer_info()));
+
+    // Reading the autosave file itself does not write it again.
+    write_file(global.auto_save_preset_file_name().string(),
+               "TESSERINE_LED_PRESETS v2 0 0\n" + record(1, "Name:Auto\n"));
+    global.load_presets_from_file(global.auto_save_preset_file_name());
+    EXPECT_EQ(global.get_presets()[0]->get_name(), "Auto");
+    EXPECT_EQ(read_file(global.auto_save_preset_file_name().string()),
+              "TESSERINE_LED_PRESETS v2 0 0\n" + record(1, "Name:Auto\n"));
+}
+
+TEST_F(files, FileCommandsUseTheirDialogs) {
+    using filter = file::file_dialog_filter;
+    host.answer = ""; // cancelled: nothing happens
+    global.current_project()->get_layers().push_back(screen("Kept"));
+    global.open_project_button();
+    global.save_project_button();
+    global.open_presets_button();
+    global.save_presets_button();
+    ASSERT_EQ(host.picks.size(), 4u);
+    EXPECT_EQ(host.picks[0].filters, (std::vector<filter>{{"tsrx Project File", "*.tsrx"}}));
+    EXPECT_FALSE(host.picks[0].save);
+    EXPECT_EQ(host.picks[1].filters, (std::vector<filter>{{"tsrx", "tsrx file"}}));
+    EXPECT_TRUE(host.picks[1].save);
+    EXPECT_EQ(host.picks[2].filters,
+              (std::vector<filter>{{"Tsrx Presets File", "*.tsrx_presets"}}));
+    EXPECT_FALSE(host.picks[2].save);
+    EXPECT_EQ(host.picks[3].filters,
+              (std::vector<filter>{{"Tsrx Presets File", "*.tsrx_presets"}}));
+    EXPECT_TRUE(host.picks[3].save);
+    EXPECT_EQ(layer_names(), std::vector<std::string>{"Kept"});
+    EXPECT_EQ(host.reloads, 0);
+
+    // Without an extension the command adds its own.
+    host.answer = path("show");
+    global.save_project_button();
+    EXPECT_TRUE(QFile::exists(QString::fromStdString(path("show.tsrx"))));
+    global.get_presets().push_back(screen("Pre"));
+    global.save_presets_button();
+    EXPECT_TRUE(QFile::exists(QString::fromStdString(path("show.tsrx_presets"))));
+
+    global.current_project()->get_layers().clear();
+    global.open_project_button(); // the label record ends a project file's passes
+    EXPECT_EQ(layer_names(), std::vector<std::string>{"Kept"});
+    global.get_presets().clear();
+    global.open_presets_button();
+    EXPECT_EQ(global.get_presets_count(), 2);
+
+    host.answer = path("show.other"); // an extension is kept as it is
+    global.save_project_button();
+    EXPECT_TRUE(QFile::exists(QString::fromStdString(path("show.other"))));
+}
