@@ -1,6 +1,65 @@
 #include "cli/cli.h"
 
+#include "datapath/snake.h"
+#include "document/boxes_layer.h"
+#include "document/global.h"
+
+#include <charconv>
+#include <iostream>
+#include <stdexcept>
+
 namespace Vantora_TesserinePro::cli {
-// Placeholder until the data path engine lands.
-int cmd_route(const args&) { return usage_error("route is not available yet"); }
+
+namespace {
+
+// One line: the route that drawing the layer would use, whether or not the
+// layer draws it.
+std::string route_line(const boxes_layer& layer, long long index) {
+    std::string line = "layer " + std::to_string(index) + " \"" + layer.get_name() + "\":";
+    try {
+        const Snake::route route = Snake::make_route(layer);
+        if (!route.empty()) line += ' ' + Snake::route_text(route);
+    } catch (const std::runtime_error& e) {
+        line += std::string(" error: ") + e.what();
+    }
+    return line + '\n';
+}
+
+} // namespace
+
+int cmd_route(const args& a) {
+    parsed_args p = parse_args(a, {}, false, true);
+    if (!p.error.empty()) return usage_error(p.error);
+    if (p.positional.size() != 1) return usage_error("route takes one FILE");
+    long long only = -1;
+    if (p.has_layer) {
+        const char* first = p.layer.data();
+        const char* last = first + p.layer.size();
+        auto [end, ec] = std::from_chars(first, last, only);
+        if (p.layer.empty() || ec != std::errc() || end != last || only < 0)
+            return usage_error("--layer needs a layer index (0 is the bottom of the stack), not \"" +
+                               p.layer + "\"");
+    }
+    const std::string& file = p.positional[0];
+    Global global;
+    if (int status = load_for_request(global, file)) return status;
+
+    if (only >= 0) {
+        const auto layer = only < global.get_layers_count() ? global.get_layer(only) : nullptr;
+        if (!layer)
+            return file_error(file, "has no layer " + std::to_string(only) + " (it has " +
+                                        std::to_string(global.get_layers_count()) + ")");
+        if (layer->get_layer_type() != e_layer_boxes)
+            return file_error(file, "layer " + std::to_string(only) + " is not a screen layer");
+    }
+    for (long long i = 0; i < global.get_layers_count(); ++i) {
+        if (only >= 0 && i != only) continue;
+        const auto layer = global.get_layer(i);
+        if (!layer || layer->get_layer_type() != e_layer_boxes) continue;
+        std::cout << route_line(static_cast<const boxes_layer&>(*layer), i);
+    }
+    std::cout << std::flush;
+    return exit_ok;
+}
+
 } // namespace Vantora_TesserinePro::cli

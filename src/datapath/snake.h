@@ -3,6 +3,7 @@
 // onto processor ports.
 
 #include <cstdint>
+#include <string>
 #include <vector>
 
 namespace Vantora_TesserinePro {
@@ -38,6 +39,10 @@ int pixel_count(const box& b);
 route make_route(const boxes_layer& layer);
 
 extern const char* const limit_failure_text;
+
+// The route as "(COLUMN,ROW)" words joined by spaces, with S after a port's
+// first box and E after its last.
+std::string route_text(const route& r);
 
 } // namespace Snake
 } // namespace Vantora_TesserinePro

@@ -1,0 +1,90 @@
+// The power figure of a screen layer: amperes from watts per cabinet, line
+// voltage and phases.
+
+#include "document/boxes_layer.h"
+#include "document/global.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdio>
+#include <string>
+
+using namespace Vantora_TesserinePro;
+
+namespace {
+
+struct power : ::testing::Test {
+    Global global;
+    pointer<boxes_layer> layer;
+    void SetUp() override {
+        global.m_project = std::make_shared<project>();
+        layer = std::static_pointer_cast<boxes_layer>(global.create_layer(e_layer_boxes));
+    }
+    // As the Power palette shows it.
+    std::string shown() {
+        char text[64];
+        std::snprintf(text, sizeof text, "Total Power %.2f A", double(layer->calculate_power()));
+        return text;
+    }
+};
+
+} // namespace
+
+TEST_F(power, DefaultsWithEightByFive) {
+    EXPECT_EQ(layer->Columns, 8);
+    EXPECT_EQ(layer->Rows, 5);
+    EXPECT_FLOAT_EQ(layer->calculate_power(), 8000.0f / (std::sqrt(3.0f) * 110.0f));
+    EXPECT_EQ(shown(), "Total Power 41.99 A");
+}
+
+TEST_F(power, OnePhase) {
+    layer->PowerWatts = 100;
+    layer->PowerPhases = 1;
+    EXPECT_EQ(shown(), "Total Power 36.36 A");
+}
+
+TEST_F(power, ExcludedCabinetsCountOnlyWhenSkipped) {
+    layer->PowerWatts = 100;
+    layer->PowerPhases = 1;
+    layer->PowerVolts = 100;
+    layer->ExcludeBoxes.add(box_id(2, 3));
+    layer->SkipBlankBoxes = 1;
+    EXPECT_FLOAT_EQ(layer->calculate_power(), 39.0f);
+    layer->SkipBlankBoxes = 0;
+    EXPECT_FLOAT_EQ(layer->calculate_power(), 40.0f);
+    // The member count is taken as it is, even for ids off the grid.
+    layer->SkipBlankBoxes = 1;
+    layer->ExcludeBoxes.add(box_id(30, 30));
+    EXPECT_FLOAT_EQ(layer->calculate_power(), 38.0f);
+}
+
+TEST_F(power, HalfCabinetsCountWhole) {
+    layer->PowerPhases = 1;
+    layer->PowerVolts = 200;
+    layer->HalfColumns = std::bitset<4>(0b1111);
+    EXPECT_FLOAT_EQ(layer->calculate_power(), 40.0f);
+}
+
+TEST_F(power, ZeroVoltsOrPhasesGiveInfinityWithoutFailure) {
+    layer->PowerVolts = 0;
+    EXPECT_TRUE(std::isinf(layer->calculate_power()));
+    EXPECT_EQ(shown(), "Total Power inf A");
+    layer->PowerVolts = 110;
+    layer->PowerPhases = 0;
+    EXPECT_TRUE(std::isinf(layer->calculate_power()));
+    // Nothing to draw and nothing to divide: not a number, still no failure.
+    layer->PowerWatts = 0;
+    EXPECT_TRUE(std::isnan(layer->calculate_power()));
+}
+
+TEST_F(power, NoCabinetsNoAmperes) {
+    layer->Columns = 0;
+    EXPECT_EQ(layer->calculate_power(), 0.0f);
+    layer->Columns = 1;
+    layer->Rows = 1;
+    layer->switch_all_exclude_boxes();
+    EXPECT_EQ(layer->calculate_power(), 0.0f);
+    layer->SkipBlankBoxes = 0;
+    EXPECT_GT(layer->calculate_power(), 0.0f);
+}
