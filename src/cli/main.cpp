@@ -12,6 +12,15 @@
 
 using namespace Vantora_TesserinePro;
 
+namespace {
+// Qt's own chatter (missing runtime folders, image plugins probing a file)
+// is not for the user of a command; real failures are reported by us.
+void quiet_qt_messages(QtMsgType type, const QMessageLogContext&, const QString& message) {
+    if (type == QtCriticalMsg || type == QtFatalMsg)
+        std::cerr << "tesserine: " << message.toStdString() << std::endl;
+}
+} // namespace
+
 int main(int argc, char** argv) {
     static const std::map<std::string, int (*)(const cli::args&)> commands = {
         {"new", &cli::cmd_new},
@@ -32,6 +41,7 @@ int main(int argc, char** argv) {
 
     // Headless: fonts and image codecs without a display.
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+    qInstallMessageHandler(quiet_qt_messages);
     int qt_argc = 1; // keep Qt away from our own arguments
     QGuiApplication app(qt_argc, argv);
 

@@ -4,6 +4,7 @@
 
 #include "core/types.h"
 
+#include <memory>
 #include <string>
 
 namespace Vantora_TesserinePro {
@@ -12,7 +13,7 @@ class context;
 }
 
 class ImageWrap {
-public:
+  public:
     ImageWrap() = default;
     ImageWrap(nano2d::context*, std::string file_name) : file_name(std::move(file_name)) {}
     ImageWrap(nano2d::context*, const char* file_name) : file_name(file_name ? file_name : "") {}
@@ -20,9 +21,15 @@ public:
     ImageWrap(const ImageWrap&) = default;
     ImageWrap& operator=(const ImageWrap&) = default;
 
+    // Loads file_name once a context exists; tried again while it fails.
     void defer_load_image(nano2d::context* context);
-    void setData(nano2d::context* context, int width, int height, const void* pixels, int stride);
+    // Hands pixels to the library, reusing the handle while the size holds.
+    // flags tell the pixel layout (nano2d::image_flags_for); 0 is the
+    // drawing targets' premultiplied ARGB32.
+    void setData(nano2d::context* context, int width, int height, const void* pixels, int stride,
+                 int flags = 0);
     void setData(nano2d::context* context, const image* img);
+    // Forgets the handle; the library is not told.
     void releaseImage() {
         handle = -1;
         file_name.clear();
@@ -35,13 +42,13 @@ public:
 // Scope object: while it lives, the caller's context variable points at a
 // context that draws into target; the destructor puts the old one back.
 class OffscreenDraw {
-public:
+  public:
     OffscreenDraw(nano2d::context*& context, image* target);
     ~OffscreenDraw();
     OffscreenDraw(const OffscreenDraw&) = delete;
     OffscreenDraw& operator=(const OffscreenDraw&) = delete;
 
-private:
+  private:
     nano2d::context* m_saved;
     nano2d::context** m_variable;
     std::unique_ptr<nano2d::context> m_own;

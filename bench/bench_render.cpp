@@ -1,0 +1,75 @@
+// Frame building: the "New" workspace, a full 8K wall of 16 screens, and
+// the floor of what any 8K frame of 16 layers costs in memory traffic.
+
+#include "bench_workspaces.h"
+#include "render/draw2d_context.h"
+
+#include <benchmark/benchmark.h>
+
+#include <cstring>
+#include <vector>
+
+using namespace Vantora_TesserinePro;
+
+namespace {
+
+// A full rebuild and composition each time, as after any edit.
+void rebuild(benchmark::State& state, void (*make)(Global&)) {
+    Global global;
+    make(global);
+    nano2d::draw2d_context context;
+    global.defer_build_frame(true, &context);
+    for (auto _ : state) {
+        global.set_changed();
+        benchmark::DoNotOptimize(global.defer_build_frame(true, &context));
+    }
+    state.SetItemsProcessed(state.iterations());
+}
+
+void frame_default(benchmark::State& state) {
+    rebuild(state, &bench::make_default_workspace);
+}
+BENCHMARK(frame_default)->Unit(benchmark::kMillisecond);
+
+void frame_8k_16layers(benchmark::State& state) {
+    rebuild(state, &bench::make_8k_workspace);
+}
+BENCHMARK(frame_8k_16layers)->Unit(benchmark::kMillisecond);
+
+// A paint with nothing changed: it must not draw.
+void frame_8k_unchanged(benchmark::State& state) {
+    Global global;
+    bench::make_8k_workspace(global);
+    nano2d::draw2d_context context;
+    global.defer_build_frame(true, &context);
+    for (auto _ : state)
+        benchmark::DoNotOptimize(global.defer_build_frame(true, &context));
+}
+BENCHMARK(frame_8k_unchanged)->Unit(benchmark::kMicrosecond);
+
+// Clearing 16 layer images and the raster, then copying each layer into the
+// raster once, with plain memory operations: no frame can cost less.
+void floor_8k_16layers(benchmark::State& state) {
+    const int layer_w = 1920, layer_h = 1024, raster_w = 7680, raster_h = 4320;
+    std::vector<image> layers;
+    for (int i = 0; i < 16; ++i)
+        layers.emplace_back(layer_w, layer_h, image_format);
+    image raster(raster_w, raster_h, image_format);
+    for (auto _ : state) {
+        for (auto& layer : layers)
+            std::memset(layer.bits(), 0, std::size_t(layer.sizeInBytes()));
+        std::memset(raster.bits(), 0, std::size_t(raster.sizeInBytes()));
+        for (int i = 0; i < 16; ++i) {
+            const int ox = (i % 4) * layer_w, oy = (i / 4) * layer_h;
+            const image& layer = layers[std::size_t(i)];
+            for (int y = 0; y < layer_h; ++y)
+                std::memcpy(raster.scanLine(oy + y) + std::size_t(ox) * 4, layer.constScanLine(y),
+                            std::size_t(layer_w) * 4);
+        }
+        benchmark::DoNotOptimize(raster.constBits());
+        benchmark::ClobberMemory();
+    }
+}
+BENCHMARK(floor_8k_16layers)->Unit(benchmark::kMillisecond);
+
+} // namespace

@@ -1,0 +1,30 @@
+#pragma once
+// The image files a frame is written to. Encoders give the whole file in
+// memory, so that it reaches the disk whole or not at all.
+
+#include "core/types.h"
+
+#include <string>
+
+namespace Vantora_TesserinePro {
+
+enum class frame_file_kind { none, png, tga, bmp, jpg, psd };
+
+// By the lower-cased extension: "png", "tga", "bmp", "jpg", "psd"; anything
+// else (jpeg, tif, none at all) writes nothing.
+frame_file_kind frame_file_kind_for(const std::string& extension);
+
+// Uncompressed 32-bit TGA with straight alpha: rows bottom first (the
+// origin every reader knows) and the TGA 2.0 footer.
+std::string encode_tga(const image& img);
+// PNG keeping transparency, or over opaque black when black_background.
+std::string encode_png(const image& img, bool black_background);
+std::string encode_bmp(const image& img);
+std::string encode_jpg(const image& img, int quality = 90);
+
+// Encodes img as kind (not psd) and writes it atomically. False, with error
+// filled, when nothing could be written; any old file stays whole.
+bool write_frame_image(const image& img, frame_file_kind kind, bool black_background,
+                       const std::string& path, std::string* error);
+
+} // namespace Vantora_TesserinePro

@@ -1,0 +1,275 @@
+// A screen layer's pixel map: cabinets, grid, names, circle, data path and
+// labels, painted into the layer's own offscreen image.
+
+#include "core/diagnostics.h"
+#include "document/boxes_layer.h"
+#include "render/image_wrap.h"
+#include "render/nano2d.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <exception>
+
+namespace Vantora_TesserinePro {
+
+namespace {
+
+constexpr std::uint32_t label_background = 0xCC000000;
+constexpr std::uint32_t name_text = 0xFF000000;
+constexpr std::uint32_t name_background = 0xCCFFFFFF;
+constexpr int centred = nano2d::align_center | nano2d::align_middle; // 18
+
+template <class... Args> string format(const char* pattern, Args... args) {
+    const int n = std::snprintf(nullptr, 0, pattern, args...);
+    if (n <= 0) return {};
+    string out(std::size_t(n) + 1, '\0');
+    std::snprintf(out.data(), out.size(), pattern, args...);
+    out.resize(std::size_t(n));
+    return out;
+}
+
+// "%d' %.2f''" of a length in millimetres.
+string feet_and_inches(float millimetres) {
+    const float feet = millimetres * 0.0032808399f;
+    float whole = 0.0f;
+    const float fraction = std::modf(feet, &whole);
+    return format("%d' %.2f''", int(whole), double(fraction * 12.0f));
+}
+
+} // namespace
+
+void boxes_layer::build_frame(nano2d::context* context, error_callback on_error) {
+    const int w = get_width();
+    const int h = get_height();
+    // The product as a signed 32-bit number, wrapping as such.
+    const std::int32_t area = std::int32_t(std::uint32_t(w) * std::uint32_t(h));
+    if (std::int64_t(area) == empty_marker) return;
+
+    pointer<image> target = request_offscreen((unsigned long)w, (unsigned long)h);
+    if (!target || target->isNull()) {
+        if (on_error) on_error("Offscreen allocated nullptr.");
+        return;
+    }
+    OffscreenDraw draw(context, target.get());
+
+    if (DrawBoxes) draw_boxes(context);
+    if (DrawGrid) draw_boxes_grid(context);
+    if (DrawBoxesNames) draw_boxes_names(context);
+    if (DrawCircle) {
+        draw_circle(context);
+        draw_dotted(context);
+    }
+    if (DrawSnake) {
+        try {
+            draw_snake(context);
+        } catch (const std::exception& failure) {
+            // The path stays off until the user switches it on again; the
+            // labels below are still drawn.
+            DrawSnake = 0;
+            set_changed();
+            if (on_error) on_error(failure.what());
+        }
+    }
+
+    const char* phases_word = PowerPhases == 1 ? "Phase" : "Phases";
+    const string power = format("%.2fA | %dV | %d %s", double(calculate_power()), PowerVolts,
+                                PowerPhases, phases_word);
+
+    const int label_size = LabelFontSize.get();
+    const int name_size = LayerNameFontSize.get() != 0 ? LayerNameFontSize.get() : label_size;
+
+    string_array size_lines;
+    if (DrawScreenSize) size_lines.push_back(format("W %d X H %d", w, h));
+    const float physical_width = get_full_columns() * PhysW;
+    const float physical_height = get_full_rows() * PhysH;
+    if (ShowMM)
+        size_lines.push_back(format("W %.2f(m) X H %.2f(m)", double(physical_width / 1000.0f),
+                                    double(physical_height / 1000.0f)));
+    if (ShowFT)
+        size_lines.push_back(format("W %s X H %s", feet_and_inches(physical_width).c_str(),
+                                    feet_and_inches(physical_height).c_str()));
+
+    const color::color dark = color::color::from_word(label_background);
+    const float y0 = float(label_size + name_size) * 0.5f;
+    float s = 0.0f;
+    for (const string& line : size_lines) {
+        draw_label(context, 0, int(y0 + s), line, LabelFontColor, dark, "sans", label_size,
+                   centred);
+        s += float(label_size);
+    }
+    if (DrawLayerName)
+        draw_label(context, 0, 0, get_name(), color::color::from_word(name_text),
+                   color::color::from_word(name_background), "sans", name_size, centred);
+    if (DrawPower)
+        draw_label(context, 0, int(-y0), power, LabelFontColor, dark, "sans", label_size, centred);
+    if (DrawInfoLine) {
+        const string info =
+            format("%.1f Columns X %.1f Rows - %u Cabinets Total / Resolution: "
+                   "%d x %d ( %d ) / Aspect Ratio: %.2f",
+                   double(get_full_columns()), double(get_full_rows()), unsigned(cabinet_count()),
+                   w, h, int(unsigned(w) * unsigned(h)), double(float(w) / float(h)));
+        draw_label(context, 0, 5, info, color::color::from_word(name_text),
+                   color::color::from_word(name_background), "sans", 14,
+                   nano2d::align_center | nano2d::align_bottom);
+    }
+
+    struct corner {
+        int bit, x, y, align;
+    };
+    const corner corners[] = {
+        {corner_top_left, offset_x, offset_y, nano2d::align_left | nano2d::align_top},
+        {corner_top_right, offset_x + w - 1, offset_y, nano2d::align_right | nano2d::align_top},
+        {corner_bottom_left, offset_x, offset_y + h - 1, nano2d::align_left | nano2d::align_bottom},
+        {corner_bottom_right, offset_x + w - 1, offset_y + h - 1,
+         nano2d::align_right | nano2d::align_bottom},
+    };
+    for (const corner& c : corners)
+        if (CornersMode & (1 << c.bit))
+            draw_label(context, 0, 0, format("X %d,Y %d", c.x, c.y), LabelFontColor, dark, "sans",
+                       label_size, c.align);
+}
+
+void boxes_layer::draw_label(nano2d::context* context, int x, int y, const string& text,
+                             color::color text_color, color::color background_color,
+                             const string& face, int size, int align) {
+    OffscreenDraw draw(context, offscreen.get());
+    context->font_size(float(size));
+    context->font_face(face);
+    const int W = get_width();
+    const int H = get_height();
+    int anchor_x = 0;
+    if (align & nano2d::align_left)
+        anchor_x = 10;
+    else if (align & nano2d::align_right)
+        anchor_x = W - 10;
+    else if (align & nano2d::align_center)
+        anchor_x = W / 2;
+    int anchor_y = 0;
+    if (align & nano2d::align_top)
+        anchor_y = 5;
+    else if (align & nano2d::align_bottom)
+        anchor_y = H - 5;
+    else if (align & nano2d::align_middle)
+        anchor_y = H / 2;
+    context->text_align(align);
+    const float X = float(anchor_x + x);
+    const float Y = float(anchor_y + y);
+    float bounds[4];
+    context->text_bounds(text, X, Y, bounds);
+    context->begin_path();
+    context->rectangle(bounds[0], bounds[1], bounds[2] - bounds[0], bounds[3] - bounds[1]);
+    context->fill_color(background_color);
+    context->fill();
+    context->fill_color(text_color);
+    context->stroke_color(text_color);
+    context->text(text, X, Y);
+}
+
+void boxes_layer::draw_boxes(nano2d::context* context) {
+    OffscreenDraw draw(context, offscreen.get());
+    if (BoxColors.empty()) return;
+    const std::size_t n = BoxColors.size();
+    long long counter = 0;
+    for_each_box(
+        [&](float x0, float y0, float x1, float y1, unsigned short column, unsigned short row) {
+            if (column == 0) counter = row;
+            if (!ExcludeBoxes.contains(box_id(column, row))) {
+                const std::size_t index = std::size_t(counter / 2) % n;
+                // A tint list shorter than the main one (a loaded text can
+                // make one) falls back to the main colour.
+                const bool tint = (counter % 2) != 0 && index < BoxTintColors.size();
+                context->fill_color(tint ? BoxTintColors[index] : BoxColors[index]);
+                context->begin_path();
+                context->rectangle(x0, y0, x1 - x0, y1 - y0);
+                context->close_path();
+                context->fill();
+            } else {
+                output_debug_string("excluded");
+            }
+            counter += 1;
+            return false;
+        },
+        false);
+}
+
+void boxes_layer::draw_boxes_grid(nano2d::context* context) {
+    OffscreenDraw draw(context, offscreen.get());
+    for_each_box(
+        [&](float x0, float y0, float x1, float y1, unsigned short, unsigned short) {
+            context->rectangle_outline(int(x0), int(y0), int(x1 - x0 - 1), int(y1 - y0 - 1),
+                                       BoxBorderColor, GridWidth);
+            return false;
+        },
+        false);
+}
+
+void boxes_layer::draw_circle(nano2d::context* context) {
+    OffscreenDraw draw(context, offscreen.get());
+    const int W = get_width();
+    const int H = get_height();
+    context->begin_path();
+    context->stroke_color(CircleColor);
+    context->stroke_width(float(CircleWidth));
+    // A quarter of the smaller side, not a half: that is how it has always
+    // been drawn.
+    const int radius = ((std::min(W, H) / 2) - (CircleWidth / 2)) / 2;
+    context->circle(float(W) * 0.5f, float(H) * 0.5f, float(radius));
+    context->stroke();
+    context->begin_path();
+    context->move_to(0.0f, 0.0f);
+    context->line_to(float(W), float(H));
+    context->stroke();
+    context->begin_path();
+    context->move_to(float(W), 0.0f);
+    context->line_to(0.0f, float(H));
+    context->stroke();
+}
+
+void boxes_layer::draw_dotted(nano2d::context* context) {
+    OffscreenDraw draw(context, offscreen.get());
+    const int W = get_width();
+    const int H = get_height();
+    context->stroke_color(CircleColor);
+    context->stroke_width(float(CircleWidth));
+    context->begin_path();
+    const float y = float(H / 2);
+    for (long long i = 0; i < (long long)W + 5; i += 10) {
+        context->move_to(float(i), y);
+        context->line_to(float(i + 5), y);
+    }
+    context->stroke();
+    context->begin_path();
+    const float x = float(W / 2);
+    for (long long i = 0; i < (long long)H + 5; i += 10) {
+        context->move_to(x, float(i));
+        context->line_to(x, float(i + 5));
+    }
+    context->stroke();
+}
+
+void boxes_layer::draw_boxes_names(nano2d::context* context) {
+    OffscreenDraw draw(context, offscreen.get());
+    context->begin_path();
+    context->fill_color(BoxesNamesColor);
+    context->font_size(float(BoxesNamesFontSize.get()));
+    context->font_face("sans");
+    context->text_align(centred);
+    static const char alphabet[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZ";
+    string name;
+    for_each_box(
+        [&](float x0, float y0, float x1, float y1, unsigned short column, unsigned short row) {
+            const int k = BoxesNamesReverse ? row : column;
+            const int m = BoxesNamesReverse ? column : row;
+            // A to Z, then AA, BB .. ZZ, then AAA.
+            name.assign(std::size_t(k / 26 + 1), alphabet[k % 26]);
+            name += std::to_string(m + 1);
+            context->begin_path();
+            context->text(name, (x1 - x0) * 0.5f + x0, (y1 - y0) * 0.5f + y0);
+            return false;
+        },
+        false);
+    context->fill();
+}
+
+} // namespace Vantora_TesserinePro

@@ -1,0 +1,196 @@
+// The image files a paint writes: formats by extension, the black
+// background rule, our own TGA byte for byte, whole-or-nothing writes, and
+// an independent reader's view of every format.
+
+#include "document/boxes_layer.h"
+#include "document/global.h"
+#include "document/image_layer.h"
+#include "render/draw2d_context.h"
+#include "render/image_writers.h"
+#include "support/test_support.h"
+
+#include <QFile>
+#include <QProcess>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+
+using namespace Vantora_TesserinePro;
+using Vantora_TesserinePro::testing::recording_host;
+
+namespace {
+
+struct image_files : ::testing::Test {
+    QTemporaryDir dir;
+    recording_host host;
+    Global global{&host};
+    nano2d::draw2d_context ctx;
+
+    void SetUp() override {
+        ASSERT_TRUE(dir.isValid());
+        global.m_project = std::make_shared<project>();
+        global.set_paper_width(320);
+        global.set_paper_height(200);
+        // One 64 x 64 cabinet at the top left, nothing else.
+        auto l = global.new_boxes_layer();
+        l->DrawGrid = l->DrawCircle = l->DrawLayerName = l->DrawScreenSize = l->DrawInfoLine = 0;
+        l->CornersMode = 0;
+        l->Columns = l->Rows = 1;
+        l->Width = l->Height = 64;
+    }
+    std::string path(const std::string& name) {
+        return dir.filePath(QString::fromStdString(name)).toStdString();
+    }
+    // Requests a save and paints once.
+    bool save(const std::string& file) {
+        global.request_save_to_file(file::path(file));
+        global.defer_build_frame(true, &ctx);
+        return global.last_save_succeeded();
+    }
+    static std::string run_identify(const QString& identify, const char* format,
+                                    const std::string& file) {
+        QProcess p;
+        p.start(identify, {"-format", format, QString::fromStdString(file)});
+        if (!p.waitForFinished(30000) || p.exitCode() != 0)
+            return "identify failed: " + p.readAllStandardError().toStdString();
+        return p.readAllStandardOutput().trimmed().toStdString();
+    }
+    static bool exists(const std::string& p) { return QFile::exists(QString::fromStdString(p)); }
+};
+
+} // namespace
+
+TEST_F(image_files, PngIsDrawnOverBlackUnlessTransparent) {
+    ASSERT_TRUE(save(path("black.png")));
+    QImage black(QString::fromStdString(path("black.png")));
+    ASSERT_FALSE(black.isNull());
+    EXPECT_EQ(black.size(), QSize(320, 200));
+    EXPECT_EQ(black.pixel(200, 100), qRgba(0, 0, 0, 255));
+    EXPECT_EQ(black.pixel(10, 10), qRgba(0x3F, 0x7F, 0x7F, 255));
+    EXPECT_TRUE(global.get_save_to_file_requested_info().empty());
+
+    global.black_background = false;
+    ASSERT_TRUE(save(path("clear.png")));
+    QImage clear(QString::fromStdString(path("clear.png")));
+    EXPECT_EQ(qAlpha(clear.pixel(200, 100)), 0);
+    EXPECT_EQ(clear.pixel(10, 10), qRgba(0x3F, 0x7F, 0x7F, 255));
+    // The composite itself never shows the black.
+    EXPECT_EQ(qAlpha(global.get_composite_image()->pixel(200, 100)), 0);
+}
+
+TEST_F(image_files, TgaIsUncompressed32BitWithAlphaByteForByte) {
+    QImage img(3, 2, QImage::Format_ARGB32);
+    img.setPixel(0, 0, qRgba(1, 2, 3, 255));
+    img.setPixel(1, 0, qRgba(4, 5, 6, 255));
+    img.setPixel(2, 0, qRgba(200, 100, 50, 128));
+    img.setPixel(0, 1, qRgba(7, 8, 9, 255));
+    img.setPixel(1, 1, qRgba(0, 0, 0, 0));
+    img.setPixel(2, 1, qRgba(10, 11, 12, 255));
+    const std::string tga = encode_tga(img.convertToFormat(image_format));
+    const unsigned char header[18] = {0, 0, 2, 0, 0, 0, 0, 0, 0, 0, 0, 0, 3, 0, 2, 0, 32, 8};
+    ASSERT_EQ(tga.size(), 18u + 3 * 2 * 4 + 26);
+    EXPECT_EQ(tga.substr(0, 18), std::string(reinterpret_cast<const char*>(header), 18));
+    // Bottom row first, B G R A, straight alpha.
+    const unsigned char pixels[24] = {9, 8, 7, 255, 0, 0, 0, 0,   12, 11,  10,  255,
+                                      3, 2, 1, 255, 6, 5, 4, 255, 50, 100, 200, 128};
+    std::string expected_pixels(reinterpret_cast<const char*>(pixels), 24);
+    // Un-premultiplying rounds: allow the translucent pixel one step.
+    for (int i = 0; i < 24; ++i)
+        EXPECT_NEAR((unsigned char)tga[18 + i], (unsigned char)expected_pixels[i], i >= 20 ? 1 : 0)
+            << "byte " << i;
+    EXPECT_EQ(tga.substr(18 + 24), std::string("\0\0\0\0\0\0\0\0TRUEVISION-XFILE.\0", 26));
+
+    // Written through a paint, it reads back with our own loader.
+    ASSERT_TRUE(save(path("frame.tga")));
+    pointer<image> back = load_image_file(path("frame.tga"));
+    ASSERT_TRUE(back);
+    EXPECT_EQ(back->size(), QSize(320, 200));
+    EXPECT_EQ(back->pixel(10, 10), qRgba(0x3F, 0x7F, 0x7F, 255));
+    EXPECT_EQ(qAlpha(back->pixel(200, 100)), 0); // black background is for PNG only
+}
+
+TEST_F(image_files, BmpAndJpgTakeTheCompositeAsItStands) {
+    ASSERT_TRUE(save(path("frame.bmp")));
+    QImage bmp(QString::fromStdString(path("frame.bmp")));
+    ASSERT_FALSE(bmp.isNull());
+    EXPECT_EQ(bmp.size(), QSize(320, 200));
+    EXPECT_EQ(qRed(bmp.pixel(10, 10)), 0x3F);
+
+    ASSERT_TRUE(save(path("frame.JPG"))); // the extension is lower-cased
+    QImage jpg(QString::fromStdString(path("frame.JPG")));
+    ASSERT_FALSE(jpg.isNull());
+    EXPECT_EQ(jpg.size(), QSize(320, 200));
+    EXPECT_NEAR(qGreen(jpg.pixel(20, 20)), 0x7F, 6);
+}
+
+TEST_F(image_files, OtherExtensionsWriteNothingAndDropTheRequest) {
+    for (const char* name : {"frame.jpeg", "frame.tif", "frame", "frame.png.txt"}) {
+        EXPECT_FALSE(save(path(name))) << name;
+        EXPECT_FALSE(exists(path(name))) << name;
+        EXPECT_TRUE(global.get_save_to_file_requested_info().empty()) << name;
+    }
+    EXPECT_TRUE(host.errors.empty()); // nothing is said
+}
+
+TEST_F(image_files, FailedWriteLeavesNoFileAndOldFilesWhole) {
+    EXPECT_FALSE(save(path("missing/folder/frame.png")));
+    EXPECT_FALSE(exists(path("missing/folder/frame.png")));
+    EXPECT_FALSE(global.last_write_error().empty());
+    EXPECT_TRUE(global.get_save_to_file_requested_info().empty());
+
+    // A folder in the way stays a folder.
+    ASSERT_TRUE(QDir(dir.path()).mkdir("taken.png"));
+    EXPECT_FALSE(save(path("taken.png")));
+    EXPECT_TRUE(QFileInfo(QString::fromStdString(path("taken.png"))).isDir());
+
+    // A successful write replaces an old file whole.
+    ASSERT_TRUE(Vantora_TesserinePro::testing::write_file(path("old.bmp"), "old bytes"));
+    ASSERT_TRUE(save(path("old.bmp")));
+    EXPECT_EQ(Vantora_TesserinePro::testing::read_file(path("old.bmp")).substr(0, 2), "BM");
+    EXPECT_EQ(QDir(dir.path()).entryList(QDir::Files).size(), 1); // no temporary left over
+}
+
+TEST_F(image_files, AnIndependentReaderOpensAllFourFormats) {
+    const QString identify = QStandardPaths::findExecutable("identify");
+    if (identify.isEmpty()) GTEST_SKIP() << "ImageMagick's identify is not installed";
+    struct expected {
+        const char* name;
+        const char* magick;
+    };
+    for (const expected& e : {expected{"a.png", "PNG"}, expected{"a.tga", "TGA"},
+                              expected{"a.bmp", "BMP"}, expected{"a.jpg", "JPEG"}}) {
+        ASSERT_TRUE(save(path(e.name))) << e.name;
+        // ImageMagick names BMP versions (BMP3): the family and size count.
+        const std::string seen = run_identify(identify, "%m %w %h", path(e.name));
+        EXPECT_EQ(seen.substr(0, std::strlen(e.magick)), e.magick) << seen;
+        EXPECT_EQ(seen.substr(seen.find(' ') == std::string::npos ? 0 : seen.find(' ')), " 320 200")
+            << seen;
+    }
+    // The TGA keeps its alpha channel, the JPG its quality.
+    EXPECT_EQ(QString::fromStdString(run_identify(identify, "%A", path("a.tga"))).toLower(),
+              "true");
+    EXPECT_EQ(run_identify(identify, "%Q", path("a.jpg")), "90");
+}
+
+TEST_F(image_files, PsdGetsEveryComposedLayerInStackOrder) {
+    auto hidden = global.new_boxes_layer();
+    hidden->set_hidden(true);
+    auto picture = std::make_shared<image>(4, 4, QImage::Format_ARGB32);
+    picture->fill(Qt::red);
+    auto pic = std::static_pointer_cast<image_layer>(global.create_layer(e_layer_image));
+    pic->set_image(picture);
+    pic->width = pic->height = 16;
+    global.insert_layer_at(pic, -1);
+    const bool ok = save(path("frame.psd"));
+    if (!ok && !exists(path("frame.psd"))) GTEST_SKIP() << "the PSD writer is not in yet";
+    ASSERT_TRUE(ok);
+    const std::string psd = Vantora_TesserinePro::testing::read_file(path("frame.psd"));
+    ASSERT_GT(psd.size(), 44u);
+    EXPECT_EQ(psd.substr(0, 4), "8BPS");
+    // Two composed layers: the screen and the picture; the hidden one is out.
+    EXPECT_EQ((unsigned char)psd[42] * 256 + (unsigned char)psd[43], 2);
+    EXPECT_NE(psd.find("Screen1"), std::string::npos);
+}
