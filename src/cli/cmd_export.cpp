@@ -1,6 +1,28 @@
 #include "cli/cli.h"
 
+#include "document/global.h"
+
+#include <iostream>
+
 namespace Vantora_TesserinePro::cli {
-// Placeholder until the exports land.
-int cmd_export_resolume(const args&) { return usage_error("export-resolume is not available yet"); }
+
+// export-resolume FILE -o OUT: the Resolume Arena export as the menu runs it
+// for a chosen OUT, so every extension of OUT gives way to ".xml".
+int cmd_export_resolume(const args& a) {
+    parsed_args p = parse_args(a, {}, true, false);
+    if (!p.error.empty()) return usage_error(p.error);
+    if (p.positional.size() != 1 || !p.has_output)
+        return usage_error("export-resolume takes FILE -o OUT");
+    if (p.output.empty()) return usage_error("-o needs a file name");
+    Global global;
+    if (int status = load_for_request(global, p.positional[0])) return status;
+    const file::path target = file::path(p.output).with_all_extensions(".xml");
+    const file::path written = global.layers_to_xml_at(p.output);
+    if (written.empty())
+        return file_error(target.string(), "cannot be written: " + global.last_write_error(),
+                          exit_failure);
+    std::cout << written.string() << std::endl;
+    return exit_ok;
+}
+
 } // namespace Vantora_TesserinePro::cli

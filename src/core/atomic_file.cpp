@@ -13,12 +13,19 @@ bool write_file_atomically(const std::string& path, std::string_view data, std::
         return false;
     }
     QSaveFile file(name);
-    if (!file.open(QIODevice::WriteOnly)) {
+    // Unbuffered, so a short write (disk full, a size limit) shows here and
+    // not as a silently cut file after the commit.
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered)) {
         if (error) *error = file.errorString().toStdString();
         return false;
     }
-    qint64 written = data.empty() ? 0 : file.write(data.data(), qint64(data.size()));
-    if (written != qint64(data.size())) {
+    qint64 done = 0;
+    while (done < qint64(data.size())) {
+        const qint64 n = file.write(data.data() + done, qint64(data.size()) - done);
+        if (n <= 0) break;
+        done += n;
+    }
+    if (done != qint64(data.size())) {
         if (error) *error = file.errorString().toStdString();
         file.cancelWriting();
         return false;

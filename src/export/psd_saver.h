@@ -1,5 +1,7 @@
 #pragma once
 // Writes the workspace as a layered Photoshop file: 8 bits, RGB, raw.
+// Frame composition creates one for a save, adds the composed layers bottom
+// first, then hands it the finished composite.
 
 #include "core/file_path.h"
 #include "core/types.h"
@@ -10,32 +12,59 @@ namespace Vantora_TesserinePro {
 
 class app_layer;
 
+// Memory for channel arrays. A layer's channels run to megabytes and are
+// written once: large ones are asked for in huge pages where the system
+// offers them, which makes filling them several times cheaper.
+void* allocate_channel_bytes(std::size_t size);
+void free_channel_bytes(void* memory, std::size_t size);
+
+template <class T> struct channel_allocator {
+    using value_type = T;
+    channel_allocator() = default;
+    template <class U> channel_allocator(const channel_allocator<U>&) {}
+    T* allocate(std::size_t n) { return static_cast<T*>(allocate_channel_bytes(n * sizeof(T))); }
+    void deallocate(T* p, std::size_t n) { free_channel_bytes(p, n * sizeof(T)); }
+    template <class U> bool operator==(const channel_allocator<U>&) const { return true; }
+};
+
 class PSDSaver {
-public:
+  public:
+    using channel = std::vector<unsigned char, channel_allocator<unsigned char>>;
+
     struct layinfo_desc_t {
+        // x and y keep a negative offset as its two's complement bits.
         std::uint32_t x = 0, y = 0, width = 0, height = 0;
-        // Each channel: two bytes of compression (0 = raw), then the pixels.
-        std::vector<unsigned char> red, green, blue, alpha;
+        // Each channel: two bytes of compression (0 = raw), then the pixels,
+        // top row first, exactly as the file holds it.
+        channel red, green, blue, alpha;
         string name;
 
+        // All four channels to count pixels (plus the compression word), zero.
         void resize(std::size_t count);
-        // Straight RGBA pixels, top row first.
+        // count straight RGBA pixels, one after the other.
         void addRGBA(const unsigned char* pixels, std::size_t count);
     };
 
+    // Copies a layer's offscreen image (premultiplied, as drawn) as straight
+    // colour at the layer's offset and full size. Null layers and layers
+    // without an offscreen image are left out.
     void add_layer(const pointer<app_layer>& layer);
     // pixels: straight RGBA, top row first, stride in bytes.
     void add_layer(unsigned x, unsigned y, unsigned width, unsigned height,
                    const unsigned char* pixels, int stride, const string& name);
-    // pixels: the finished composite as straight RGBA. Returns false when the
-    // file could not be written (nothing of it is left behind then).
+    // pixels: the finished composite as straight RGBA, top row first. Returns
+    // false when the file could not be written (nothing of it is left behind
+    // then, and an old file stays whole).
     bool savePSD(const unsigned char* pixels, int width, int height, int stride,
                  const file::path& path);
+    // Why the last savePSD failed.
+    const string& last_error() const { return m_error; }
 
     const std::vector<layinfo_desc_t>& layers() const { return m_layers; }
 
-private:
+  private:
     std::vector<layinfo_desc_t> m_layers;
+    string m_error;
 };
 
 } // namespace Vantora_TesserinePro
