@@ -56,7 +56,8 @@ void walk_1M(benchmark::State& state) {
 
 void count_ports(benchmark::State& state, const Snake::route& r) {
     long long ports = 0;
-    for (const auto& b : r) ports += b.is_port_start();
+    for (const auto& b : r)
+        ports += b.is_port_start();
     state.counters["ports"] = double(ports);
     state.counters["boxes"] = double(r.size());
     // What the route holds on to: the only array of cabinets the routers make.
@@ -75,14 +76,19 @@ void route_of(benchmark::State& state, int type) {
     state.SetItemsProcessed(state.iterations() * 1000000);
 }
 
-void route_novastar_1M(benchmark::State& state) { route_of(state, 0); }
-void route_other_1M(benchmark::State& state) { route_of(state, 1); }
+void route_novastar_1M(benchmark::State& state) {
+    route_of(state, 0);
+}
+void route_other_1M(benchmark::State& state) {
+    route_of(state, 1);
+}
 
 // The same wall with every tenth cabinet excluded, skipped by both routers.
 void route_novastar_1M_excluded(benchmark::State& state) {
     million_wall w;
     for (std::uint32_t c = 0; c < 1000; ++c)
-        for (std::uint32_t r = c % 10; r < 1000; r += 10) w.layer->ExcludeBoxes.add(box_id(c, r));
+        for (std::uint32_t r = c % 10; r < 1000; r += 10)
+            w.layer->ExcludeBoxes.add(box_id(c, r));
     for (auto _ : state) {
         Snake::route r = Snake::make_route(*w.layer);
         benchmark::DoNotOptimize(r.data());
@@ -97,7 +103,9 @@ void route_novastar_1M_excluded(benchmark::State& state) {
 namespace {
 // The fastest of the repetitions: on a shared machine it is the steadiest
 // figure to take ratios from.
-double fastest(const std::vector<double>& v) { return *std::min_element(v.begin(), v.end()); }
+double fastest(const std::vector<double>& v) {
+    return *std::min_element(v.begin(), v.end());
+}
 } // namespace
 
 BENCHMARK(walk_1M)->Unit(benchmark::kMillisecond)->ComputeStatistics("min", fastest);

@@ -37,8 +37,9 @@ int cmd_route(const args& a) {
         const char* last = first + p.layer.size();
         auto [end, ec] = std::from_chars(first, last, only);
         if (p.layer.empty() || ec != std::errc() || end != last || only < 0)
-            return usage_error("--layer needs a layer index (0 is the bottom of the stack), not \"" +
-                               p.layer + "\"");
+            return usage_error(
+                "--layer needs a layer index (0 is the bottom of the stack), not \"" + p.layer +
+                "\"");
     }
     const std::string& file = p.positional[0];
     Global global;

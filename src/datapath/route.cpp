@@ -14,6 +14,7 @@
 #include <algorithm>
 #include <climits>
 #include <cmath>
+#include <cstring>
 #include <stdexcept>
 #include <utility>
 
@@ -26,6 +27,7 @@ bool boxes_layer::should_skip_box(const Snake::box& b) const {
 namespace Snake {
 
 const char* const limit_failure_text = "Some panels consume more pixels then limit used.";
+const char* const too_many_cabinets_text = "The wall has too many cabinets for a data path.";
 
 namespace {
 
@@ -42,9 +44,13 @@ std::int32_t truncate_to_int(float v) {
 std::uint64_t limit_of(const boxes_layer& layer) {
     return std::uint64_t(std::int64_t(layer.SnakeLimit));
 }
-bool above(std::int64_t pixels, std::uint64_t limit) { return std::uint64_t(pixels) > limit; }
+bool above(std::int64_t pixels, std::uint64_t limit) {
+    return std::uint64_t(pixels) > limit;
+}
 
-[[noreturn]] void fail() { throw std::runtime_error(limit_failure_text); }
+[[noreturn]] void fail() {
+    throw std::runtime_error(limit_failure_text);
+}
 
 void mark_start(box& b, bool starts) {
     b.starts_port = starts;
@@ -76,7 +82,7 @@ inline std::int32_t pixels_of(const box& b) {
 // Which cabinets leave the path. A bit per cell keeps the test cheap on large
 // walls; the set itself answers for grids too big for that.
 class excluded_cells {
-public:
+  public:
     excluded_cells(const boxes_layer& layer, bool active) {
         if (!active || layer.ExcludeBoxes.empty()) return;
         set = &layer.ExcludeBoxes;
@@ -105,7 +111,7 @@ public:
     // Members that name a cell of the grid.
     std::uint64_t inside = 0;
 
-private:
+  private:
     const exclude_boxes_set* set = nullptr;
     std::uint32_t columns = 0, rows = 0;
     std::vector<std::uint64_t> bits;
@@ -116,13 +122,6 @@ struct run_summary {
     std::int64_t sum = 0;
     float x0 = INFINITY, y0 = INFINITY, x1 = -INFINITY, y1 = -INFINITY;
 
-    void add(const box& b) {
-        sum += pixels_of(b);
-        x0 = std::min(x0, b.x0);
-        y0 = std::min(y0, b.y0);
-        x1 = std::max(x1, b.x1);
-        y1 = std::max(y1, b.y1);
-    }
     void add(const run_summary& other) {
         sum += other.sum;
         x0 = std::min(x0, other.x0);
@@ -131,24 +130,36 @@ struct run_summary {
         y1 = std::max(y1, other.y1);
     }
     // Two halves summed side by side, so that the chains of additions and
-    // comparisons overlap.
+    // comparisons overlap. The cabinets of a line are mostly of one size, so
+    // the pixel count of the one before is used again when the size repeats.
     static run_summary of(const box* run, std::size_t n) {
-        run_summary even, odd;
-        std::size_t i = 0;
-        for (; i + 1 < n; i += 2) {
-            even.add(run[i]);
-            odd.add(run[i + 1]);
+        run_summary half[2];
+        float last_w = NAN, last_h = NAN;
+        std::int32_t last_pixels = 0;
+        for (std::size_t i = 0; i < n; ++i) {
+            const box& b = run[i];
+            run_summary& s = half[i & 1];
+            const float w = b.x1 - b.x0, h = b.y1 - b.y0;
+            if (w != last_w || h != last_h) {
+                last_w = w;
+                last_h = h;
+                last_pixels = pixels_of(b);
+            }
+            s.sum += last_pixels;
+            s.x0 = std::min(s.x0, b.x0);
+            s.y0 = std::min(s.y0, b.y0);
+            s.x1 = std::max(s.x1, b.x1);
+            s.y1 = std::max(s.y1, b.y1);
         }
-        if (i < n) even.add(run[i]);
-        even.add(odd);
-        return even;
+        half[0].add(half[1]);
+        return half[0];
     }
 };
 
 // "Novastar": a port takes whole lines, limited by pixel sum and by the area
 // of the rectangle around its cabinets.
 class novastar_router {
-public:
+  public:
     novastar_router(std::uint64_t limit, int initial) : limit(limit), initial(initial) {
         direction = initial;
     }
@@ -192,9 +203,16 @@ public:
         direction = 1 - direction;
         used += sum;
         area = merged;
+        last_started_port = new_port;
     }
 
-private:
+    // Whether the next run will most likely go against its walking order.
+    // A port of one line is usually followed by another, a longer port by
+    // more of its own lines.
+    bool expects_reverse() const { return (last_started_port ? initial : direction) != 0; }
+
+  private:
+    bool last_started_port = true;
     std::uint64_t limit;
     int initial;
     int direction;
@@ -206,10 +224,13 @@ private:
 // "Other Type": a port may end in the middle of a line, limited by pixel sum
 // only, with a look-ahead of one cabinet at the end of each line.
 class other_type_router {
-public:
+  public:
     other_type_router(std::uint64_t limit, int initial) : limit(limit), initial(initial) {
         direction = initial;
     }
+
+    // The direction of the next run is known before it is walked.
+    bool expects_reverse() const { return ((!open && pending) ? initial : direction) != 0; }
 
     void take(box* run, std::size_t n, bool flipped, box* last) {
         if (!open && pending) direction = initial;
@@ -220,11 +241,19 @@ public:
         // mark written on it reached only that run's own copy.
         box* previous_here = nullptr;
         std::int64_t line = 0, size = 0;
+        float last_w = NAN, last_h = NAN; // the size counted last, used again when it repeats
         // One visit per cabinet, then one with no cabinet that still has the
         // size of the last.
         for (std::size_t i = 0; i <= n; ++i) {
             box* b = i < n ? &run[i] : nullptr;
-            if (b) size = pixels_of(*b);
+            if (b) {
+                const float w = b->x1 - b->x0, h = b->y1 - b->y0;
+                if (w != last_w || h != last_h) {
+                    last_w = w;
+                    last_h = h;
+                    size = pixels_of(*b);
+                }
+            }
             if (used != 0 && !open) {
                 if (b) line += size;
             } else if (above(size + line + used, limit)) {
@@ -272,7 +301,7 @@ public:
         used += line;
     }
 
-private:
+  private:
     std::uint64_t limit;
     int initial;
     int direction;
@@ -282,68 +311,84 @@ private:
     bool has_previous = false;
 };
 
-// Makes room for more boxes when a wall holds more than was set aside.
-// Kept out of line: the walk's loop should hold its counters in registers.
-[[gnu::noinline]] box* grow_route(route& r) {
-    r.resize(r.size() * 2 + 1024);
-    return r.data();
-}
-
 // Walks the layer into runs and hands each to the router in the order the
 // route takes them. An empty run adds nothing.
 template <class Router>
 route computed_route(const boxes_layer& layer, Router& router, bool transposed, bool backward,
                      const excluded_cells& excluded) {
-    // The route is made up front as large as the cabinets that stay on the
-    // path, and the walk stores each cabinet straight into it. Its counters
-    // stay in this loop only, so that they can live in registers.
-    const std::uint64_t grid = std::uint64_t(std::max(layer.Columns, 0)) *
-                               std::uint64_t(std::max(layer.Rows, 0));
+    const std::uint64_t grid =
+        std::uint64_t(std::max(layer.Columns, 0)) * std::uint64_t(std::max(layer.Rows, 0));
+    if (grid == 0) return {};
+    // A wall of this many cabinets is no wall: refuse it rather than walk
+    // it for minutes and exhaust memory on the way.
+    if (grid > max_route_cabinets) throw std::runtime_error(too_many_cabinets_text);
+    // Room for the cabinets that stay on the path, plus one line, is set
+    // aside up front; the walk stores each cabinet straight into the route.
     const std::uint64_t expected = grid - std::min(grid, excluded.inside);
-    // A wall beyond this grows as it goes instead.
-    constexpr std::uint64_t size_cap = std::uint64_t(1) << 24;
-    route r(std::size_t(std::min(expected, size_cap)));
+    const std::size_t line = std::size_t(std::max(transposed ? layer.Rows : layer.Columns, 0));
+    route r;
+    r.reserve(std::size_t(expected) + line);
+
+    // Each line is written into a slot of `line` boxes. Under forward order it
+    // is laid down the way the router expects to take it, back to front when
+    // the run will go against the walk, so that it rarely has to be turned.
     box* out = r.data();
-    std::size_t count = 0, room = r.size(); // boxes written, boxes there are
-    std::size_t run_begin = 0;
+    std::size_t count = 0;             // boxes of closed runs
+    box* slot = out;                   // where the open line's slot begins
+    box* write = out;                  // where its next box goes
+    std::ptrdiff_t step = 1;           // or -1, filling the slot from its end
     std::vector<std::size_t> run_ends; // where each run ends, under backward order only
-    auto close_run = [&router, &run_begin, &run_ends, backward](box* data, std::size_t end) {
-        if (end == run_begin) return;
+
+    // Both kept inline so that the walk's pointers never leave registers.
+    auto close_run = [&]() __attribute__((always_inline)) {
+        const std::size_t n = std::size_t(step > 0 ? write - slot : (slot + line - 1) - write);
+        if (n == 0) return;
+        if (step < 0 && n < line) std::memmove(slot, write + 1, n * sizeof(box));
+        box* const last = count == 0 ? nullptr : slot - 1;
         if (backward)
-            run_ends.push_back(end);
+            run_ends.push_back(count + n);
         else // routed at once, while the line is still in cache
-            router.take(data + run_begin, end - run_begin, false,
-                        run_begin == 0 ? nullptr : data + run_begin - 1);
-        run_begin = end;
+            router.take(slot, n, step < 0, last);
+        count += n;
     };
+    auto open_line = [&]() __attribute__((always_inline)) {
+        // The route grows by a line at a time, so that its fresh boxes are
+        // still in cache when the walk writes over them. The room set aside
+        // holds unless 16-bit wrapped indices let one excluded id take
+        // several cabinets.
+        r.resize(count + line);
+        out = r.data();
+        slot = out + count;
+        step = !backward && router.expects_reverse() ? -1 : 1;
+        write = step > 0 ? slot : slot + line - 1;
+    };
+
     long outer_index = -1;
     const bool skipping = excluded.any();
     // Kept inline in the walk's loop: a call per cabinet would cost more than
     // the work it does.
     layer.for_each_box(
-        [&](float x0, float y0, float x1, float y1, unsigned short column,
-            unsigned short row) __attribute__((always_inline)) {
-            const long outer = transposed ? column : row;
-            if (outer != outer_index) {
-                close_run(out, count);
-                outer_index = outer;
-            }
-            if (skipping && excluded.contains(column, row)) return false;
-            if (count == room) {
-                out = grow_route(r);
-                room = r.size();
-            }
-            box& b = out[count++];
-            b.column = column;
-            b.row = row;
-            b.x0 = x0;
-            b.y0 = y0;
-            b.x1 = x1;
-            b.y1 = y1;
-            return false;
-        },
+        [&](float x0, float y0, float x1, float y1, unsigned short column, unsigned short row)
+            __attribute__((always_inline)) {
+                const long outer = transposed ? column : row;
+                if (outer != outer_index) {
+                    if (outer_index >= 0) close_run();
+                    open_line();
+                    outer_index = outer;
+                }
+                if (skipping && excluded.contains(column, row)) return false;
+                box& b = *write;
+                write += step;
+                b.column = column;
+                b.row = row;
+                b.x0 = x0;
+                b.y0 = y0;
+                b.x1 = x1;
+                b.y1 = y1;
+                return false;
+            },
         transposed);
-    close_run(out, count);
+    if (outer_index >= 0) close_run();
     r.resize(count);
 
     if (backward) {
@@ -364,7 +409,8 @@ route computed_route(const boxes_layer& layer, Router& router, bool transposed, 
 
 route custom_route(const boxes_layer& layer) {
     std::size_t total = 0;
-    for (const auto& ids : layer.CustomPath) total += ids.size();
+    for (const auto& ids : layer.CustomPath)
+        total += ids.size();
     route r;
     r.reserve(total);
     const float width = float(layer.Width), height = float(layer.Height);
@@ -375,10 +421,11 @@ route custom_route(const boxes_layer& layer) {
             const std::uint32_t column = ids[k] >> 16, row = ids[k] & 0xFFFF;
             // The same rectangle as the walk gives; ids off the grid still
             // make a box where they would lie.
-            const bool half_column = (half[0] && column == 0) ||
-                                     (half[1] && std::int64_t(column) == std::int64_t(layer.Columns) - 1);
-            const bool half_row =
-                (half[2] && row == 0) || (half[3] && std::int64_t(row) == std::int64_t(layer.Rows) - 1);
+            const bool half_column =
+                (half[0] && column == 0) ||
+                (half[1] && std::int64_t(column) == std::int64_t(layer.Columns) - 1);
+            const bool half_row = (half[2] && row == 0) ||
+                                  (half[3] && std::int64_t(row) == std::int64_t(layer.Rows) - 1);
             box b;
             b.column = column;
             b.row = row;
@@ -397,7 +444,9 @@ route custom_route(const boxes_layer& layer) {
 
 } // namespace
 
-int pixel_count(const box& b) { return pixels_of(b); }
+int pixel_count(const box& b) {
+    return pixels_of(b);
+}
 
 route make_route(const boxes_layer& layer) {
     if (layer.CustomDataPath) return custom_route(layer);

@@ -34,11 +34,16 @@ int pixel_count(const box& b);
 
 // The route that drawing the data path uses: the custom path when
 // CustomDataPath is set, else the "Novastar" or "Other Type" router.
-// Throws std::runtime_error("Some panels consume more pixels then limit used.")
-// when a "Novastar" port cannot hold a line.
+// Throws std::runtime_error(limit_failure_text) when a "Novastar" port cannot
+// hold a line, and std::runtime_error(too_many_cabinets_text) for a computed
+// route of a wall above max_route_cabinets.
 route make_route(const boxes_layer& layer);
 
 extern const char* const limit_failure_text;
+extern const char* const too_many_cabinets_text;
+// Far beyond any real wall (a route of them is 1.8 GB), yet small enough
+// that a mistyped grid size cannot exhaust memory.
+constexpr std::uint64_t max_route_cabinets = std::uint64_t(1) << 26;
 
 // The route as "(COLUMN,ROW)" words joined by spaces, with S after a port's
 // first box and E after its last.

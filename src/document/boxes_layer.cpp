@@ -105,8 +105,11 @@ bool boxes_layer::trigger_for_exclude_boxes(float x, float y) {
 
 void boxes_layer::switch_all_exclude_boxes() {
     const long long before = (long long)ExcludeBoxes.size();
+    const long long cabinets = (long long)Rows * (long long)Columns;
     ExcludeBoxes.clear();
-    if (before < (long long)Rows * (long long)Columns) {
+    // A mistyped grid of billions of cabinets is not excluded one by one:
+    // that would exhaust memory. It is left with none excluded.
+    if (before < cabinets && (unsigned long long)cabinets <= Snake::max_route_cabinets) {
         for (long long c = 0; c < Columns; ++c)
             for (long long r = 0; r < Rows; ++r)
                 ExcludeBoxes.add(box_id(std::uint32_t(c), std::uint32_t(r)));

@@ -44,14 +44,14 @@ struct custom_path : ::testing::Test {
 // --- the route
 
 TEST_F(custom_path, RunsBecomePortsAndARunOfOneHasNoEnd) {
-    layer->CustomPath = {{box_id(0, 0), box_id(1, 0), box_id(2, 0)},
-                         {box_id(2, 1)},
-                         {box_id(1, 1), box_id(0, 1)}};
+    layer->CustomPath = {
+        {box_id(0, 0), box_id(1, 0), box_id(2, 0)}, {box_id(2, 1)}, {box_id(1, 1), box_id(0, 1)}};
     EXPECT_EQ(route(), "(0,0)S (1,0) (2,0)E (2,1)S (1,1)S (0,1)E");
     const Snake::route r = Snake::make_route(*layer);
     ASSERT_EQ(r.size(), 6u);
     // Every box has a decided start; only run ends have a decided end.
-    for (const auto& b : r) EXPECT_TRUE(b.start_known);
+    for (const auto& b : r)
+        EXPECT_TRUE(b.start_known);
     EXPECT_FALSE(r[1].starts_port);
     EXPECT_FALSE(r[1].end_known);
     EXPECT_FALSE(r[3].end_known); // the run of one
@@ -108,7 +108,8 @@ TEST_F(custom_path, RectanglesAreTheWalksWithHalfLines) {
     using rect = std::tuple<float, float, float, float>;
     path all(1);
     for (std::uint32_t c = 0; c < 4; ++c)
-        for (std::uint32_t r = 0; r < 3; ++r) all[0].push_back(box_id(c, r));
+        for (std::uint32_t r = 0; r < 3; ++r)
+            all[0].push_back(box_id(c, r));
     layer->CustomPath = all;
     layer->Width = 15; // odd, so a half is not a whole number
     for (unsigned bits = 0; bits < 16; ++bits) {
@@ -284,7 +285,8 @@ TEST_F(custom_path, PiecesWithoutDigitsMakeNoId) {
     EXPECT_EQ(layer->CustomPath, (path{{1, 2}, {}}));
     layer->set_custom_path_string("|abc|,|3");
     for (const auto& run : layer->CustomPath)
-        for (std::uint32_t id : run) EXPECT_NE(id, 0u);
+        for (std::uint32_t id : run)
+            EXPECT_NE(id, 0u);
     EXPECT_EQ(layer->CustomPath.back(), (std::vector<std::uint32_t>{3}));
 }
 

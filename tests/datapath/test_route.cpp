@@ -79,7 +79,9 @@ TEST(pixel_count, CeilOfTheAreaInSinglePrecision) {
     EXPECT_EQ(Snake::pixel_count(cell(0, 0, 1e10f, 1e10f)), 2147483647);
 }
 
-TEST(pixel_count, FailureTextIsShared) { EXPECT_EQ(Snake::limit_failure_text, limit_text); }
+TEST(pixel_count, FailureTextIsShared) {
+    EXPECT_EQ(Snake::limit_failure_text, limit_text);
+}
 
 // --- "Novastar"
 
@@ -236,8 +238,9 @@ TEST_F(route_test, OtherTypeLimit900) {
 TEST_F(route_test, OtherTypeNeverFailsAndGivesACabinetAboveTheLimitItsOwnPort) {
     EXPECT_EQ(failure(other_type, 0, 300), "");
     // 100-pixel cabinets, limit 50: each one a port that counts only as an end.
-    EXPECT_EQ(route(other_type, 0, 50),
-              "(0,0)E (1,0)E (2,0)E (3,0)E (0,1)E (1,1)E (2,1)E (3,1)E (0,2)E (1,2)E (2,2)E (3,2)E");
+    EXPECT_EQ(
+        route(other_type, 0, 50),
+        "(0,0)E (1,0)E (2,0)E (3,0)E (0,1)E (1,1)E (2,1)E (3,1)E (0,2)E (1,2)E (2,2)E (3,2)E");
 }
 
 TEST_F(route_test, OtherTypeLimitZeroMarksEveryCabinetAsAnEndAndNoneAsAStart) {
@@ -253,8 +256,9 @@ TEST_F(route_test, OtherTypeLimitZeroMarksEveryCabinetAsAnEndAndNoneAsAStart) {
         }
     }
     // Every line is a fresh port, so every line goes in the first direction.
-    EXPECT_EQ(route(other_type, 6, 0),
-              "(0,2)E (0,1)E (0,0)E (1,2)E (1,1)E (1,0)E (2,2)E (2,1)E (2,0)E (3,2)E (3,1)E (3,0)E");
+    EXPECT_EQ(
+        route(other_type, 6, 0),
+        "(0,2)E (0,1)E (0,0)E (1,2)E (1,1)E (1,0)E (2,2)E (2,1)E (2,0)E (3,2)E (3,1)E (3,0)E");
 }
 
 TEST_F(route_test, OtherTypeNeverRoutesThroughExcludedCabinets) {
@@ -310,20 +314,21 @@ TEST_F(route_test, EmptyWallGivesAnEmptyRoute) {
 }
 
 TEST_F(route_test, WhollyExcludedOutermostLineTakenFirstAddsNothing) {
-    for (std::uint32_t c = 0; c < 4; ++c) exclude(c, 2);
+    for (std::uint32_t c = 0; c < 4; ++c)
+        exclude(c, 2);
     // Mode 2 takes the rows bottom first; the bottom one is empty.
     const std::string expected = "(0,1)S (1,1) (2,1) (3,1) (3,0) (2,0) (1,0) (0,0)E";
     EXPECT_EQ(route(novastar, 2, 800), expected);
     EXPECT_EQ(route(other_type, 2, 800), expected);
-    EXPECT_EQ(route(novastar, 2, 400),
-              "(0,1)S (1,1) (2,1) (3,1)E (0,0)S (1,0) (2,0) (3,0)E");
+    EXPECT_EQ(route(novastar, 2, 400), "(0,1)S (1,1) (2,1) (3,1)E (0,0)S (1,0) (2,0) (3,0)E");
     // Taken last under forward order, it adds nothing either.
     EXPECT_EQ(route(novastar, 0, 800), "(0,0)S (1,0) (2,0) (3,0) (3,1) (2,1) (1,1) (0,1)E");
     EXPECT_EQ(route(other_type, 0, 800), "(0,0)S (1,0) (2,0) (3,0) (3,1) (2,1) (1,1) (0,1)E");
 }
 
 TEST_F(route_test, WhollyExcludedMiddleLineDoesNotTurnTheSerpentine) {
-    for (std::uint32_t c = 0; c < 4; ++c) exclude(c, 1);
+    for (std::uint32_t c = 0; c < 4; ++c)
+        exclude(c, 1);
     const std::string expected = "(0,0)S (1,0) (2,0) (3,0) (3,2) (2,2) (1,2) (0,2)E";
     EXPECT_EQ(route(novastar, 0, -1), expected);
     EXPECT_EQ(route(other_type, 0, -1), expected);
@@ -377,8 +382,8 @@ const char* const one_port_order[8] = {
 
 // Each line a port: every line starts at the side of the very first.
 const char* const port_per_line_order[8] = {
-    "(0,0)S (1,0) (2,0)E (0,1)S (1,1) (2,1)E", "(2,0)S (1,0) (0,0)E (2,1)S (1,1) (0,1)E",
-    "(0,1)S (1,1) (2,1)E (0,0)S (1,0) (2,0)E", "(2,1)S (1,1) (0,1)E (2,0)S (1,0) (0,0)E",
+    "(0,0)S (1,0) (2,0)E (0,1)S (1,1) (2,1)E",   "(2,0)S (1,0) (0,0)E (2,1)S (1,1) (0,1)E",
+    "(0,1)S (1,1) (2,1)E (0,0)S (1,0) (2,0)E",   "(2,1)S (1,1) (0,1)E (2,0)S (1,0) (0,0)E",
     "(0,0)S (0,1)E (1,0)S (1,1)E (2,0)S (2,1)E", "(2,0)S (2,1)E (1,0)S (1,1)E (0,0)S (0,1)E",
     "(0,1)S (0,0)E (1,1)S (1,0)E (2,1)S (2,0)E", "(2,1)S (2,0)E (1,1)S (1,0)E (0,1)S (0,0)E",
 };
@@ -419,7 +424,8 @@ TEST_P(patterns, OrderMarksAndRectangles) {
         },
         transposed);
     int line = 0;
-    for (const auto& [index, pixels] : line_pixels) line = std::max(line, pixels);
+    for (const auto& [index, pixels] : line_pixels)
+        line = std::max(line, pixels);
     EXPECT_EQ(route(novastar, mode, line), port_per_line_order[mode]);
     // "Other Type" looks ahead by the last cabinet, so only full lines end
     // exactly at the limit.

@@ -1,0 +1,155 @@
+// Degenerate and huge values, as a damaged or hand-edited file brings them:
+// every path stays safe and answers promptly (ctest's timeout is the guard).
+
+#include "datapath/snake.h"
+#include "document/boxes_layer.h"
+#include "document/global.h"
+#include "render/draw2d_context.h"
+#include "support/test_support.h"
+
+#include <gtest/gtest.h>
+
+using namespace Vantora_TesserinePro;
+using Vantora_TesserinePro::testing::recording_host;
+
+namespace {
+
+struct degenerate : ::testing::Test {
+    recording_host host;
+    Global global{&host};
+    nano2d::draw2d_context ctx;
+    pointer<boxes_layer> layer;
+
+    void SetUp() override {
+        global.m_project = std::make_shared<project>();
+        global.set_paper_width(640);
+        global.set_paper_height(480);
+        layer = global.new_boxes_layer();
+        layer->DrawSnake = 1;
+        layer->DrawBoxesNames = 1;
+        layer->DrawPower = 1;
+    }
+    // One paint; the errors it showed.
+    std::vector<std::string> paint() {
+        host.errors.clear();
+        global.set_changed();
+        global.defer_build_frame(true, &ctx);
+        return host.errors;
+    }
+    std::string route_outcome() {
+        try {
+            return std::to_string(Snake::make_route(*layer).size());
+        } catch (const std::exception& e) {
+            return e.what();
+        }
+    }
+};
+
+} // namespace
+
+TEST_F(degenerate, EmptyAndNegativeGridsDrawAndRouteNothing) {
+    for (auto [columns, rows] : {std::pair{0, 5}, std::pair{8, 0}, std::pair{-3, 5}, std::pair{8, -1}}) {
+        layer->Columns = columns;
+        layer->Rows = rows;
+        SCOPED_TRACE(std::to_string(columns) + "x" + std::to_string(rows));
+        EXPECT_EQ(layer->get_full_width() * layer->get_full_height(), 0);
+        EXPECT_EQ(route_outcome(), "0");
+        EXPECT_TRUE(paint().empty());
+        EXPECT_EQ(global.get_composite_image()->size(), QSize(640, 480));
+    }
+}
+
+TEST_F(degenerate, CabinetsOfNoOrNegativeSize) {
+    for (int size : {0, -128}) {
+        layer->Width = size;
+        layer->Height = 128;
+        EXPECT_EQ(layer->get_full_width(), 0);
+        EXPECT_TRUE(paint().empty());
+        EXPECT_NO_THROW(route_outcome());
+        EXPECT_NO_THROW(layer->calculate_power());
+    }
+}
+
+TEST_F(degenerate, HugeGridIsRefusedNotAllocated) {
+    layer->Columns = 65535;
+    layer->Rows = 65535;
+    // 8 million pixels across: the drawing is refused through the usual error.
+    EXPECT_EQ(paint(), (std::vector<std::string>{"Offscreen allocated nullptr."}));
+    // Four billion cabinets are no data path: a clear failure, at once.
+    EXPECT_EQ(route_outcome(), Snake::too_many_cabinets_text);
+    EXPECT_EQ(layer->cabinet_count(), 65535ll * 65535ll);
+    // Excluding all of them is refused the same way; the set stays small.
+    layer->switch_all_exclude_boxes();
+    EXPECT_TRUE(layer->ExcludeBoxes.empty());
+}
+
+TEST_F(degenerate, WideSingleRowStillRoutes) {
+    layer->Columns = 65535;
+    layer->Rows = 1;
+    layer->Width = 1;
+    layer->Height = 1;
+    layer->SnakeLimit = 100;
+    layer->SnakeMode = 0; // one line of all 65535 cabinets
+    EXPECT_EQ(route_outcome(), "Some panels consume more pixels then limit used.");
+    layer->SnakeLimit = -1; // no limit
+    EXPECT_EQ(route_outcome(), "65535");
+    // 65535 pixels wide is beyond any drawing target.
+    EXPECT_EQ(paint(), (std::vector<std::string>{"Offscreen allocated nullptr."}));
+}
+
+TEST_F(degenerate, BothHalfBitsOfAPair) {
+    layer->HalfColumns = std::bitset<4>("1111");
+    EXPECT_EQ(layer->get_full_width(), 960);
+    EXPECT_EQ(layer->get_full_height(), 576);
+    EXPECT_TRUE(paint().empty());
+    EXPECT_NO_THROW(route_outcome());
+}
+
+TEST_F(degenerate, PortLimitsOfZeroAndBelow) {
+    layer->SnakeLimit = 0;
+    layer->DataDiagramType = 0;
+    EXPECT_EQ(route_outcome(), "Some panels consume more pixels then limit used.");
+    // Drawing turns the path off and tells the user once.
+    EXPECT_EQ(paint(), (std::vector<std::string>{"Some panels consume more pixels then limit used."}));
+    EXPECT_EQ(layer->DrawSnake, 0);
+    EXPECT_TRUE(paint().empty());
+    layer->DataDiagramType = 1;
+    EXPECT_EQ(route_outcome(), "40");
+    layer->SnakeLimit = -5;
+    layer->DataDiagramType = 0;
+    EXPECT_EQ(route_outcome(), "40");
+}
+
+TEST_F(degenerate, RasterOfNothingAndOfTooMuch) {
+    global.set_paper_width(0);
+    global.set_paper_height(-4);
+    EXPECT_TRUE(paint().empty());
+    EXPECT_EQ(global.get_composite_image()->size(), QSize(1, 1));
+    global.set_paper_width(100000);
+    global.set_paper_height(100000);
+    EXPECT_EQ(paint(), (std::vector<std::string>{"Offscreen allocated nullptr."}));
+    global.set_paper_width(100000);
+    global.set_paper_height(1);
+    EXPECT_EQ(paint(), (std::vector<std::string>{"Offscreen allocated nullptr."}));
+}
+
+TEST_F(degenerate, HugeValuesInAFileReadAndSaveBack) {
+    const std::string body = "Name:Big\nColumns:65535\nRows:65535\nWidth:-1\nHeight:0\n"
+                             "SnakeLimit:-2147483648\nHalfColumns:1111\nPowerVolts:0\n"
+                             "ExcludeBoxes:4294967295|-1\nCustomPath:2147483647,-5|\n";
+    std::string text = "TESSERINE_LED_PROJECT v2 1 18\nWidth:100000\nHeight:0\n1 " +
+                       std::to_string(body.size()) + "\n" + body;
+    global.load_project_from_string(text);
+    ASSERT_EQ(global.get_layers_count(), 2); // no label record: the last layer reads twice
+    EXPECT_EQ(global.paper_width, 640);      // a height of 0 leaves the raster alone
+    auto big = std::static_pointer_cast<boxes_layer>(global.get_layer(0));
+    EXPECT_EQ(big->Columns, 65535);
+    EXPECT_EQ(big->get_full_width(), 0);
+    EXPECT_NO_THROW(big->calculate_power());
+    const std::string saved =
+        global.project_or_presets_text(global.current_project()->layers, "TESSERINE_LED_PROJECT",
+                                       "Width:1\nHeight:1", true);
+    Global again;
+    again.load_project_from_string(saved);
+    EXPECT_EQ(again.get_layer(0)->get_layer_info(), big->get_layer_info());
+}
