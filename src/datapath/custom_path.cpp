@@ -8,20 +8,9 @@
 namespace Vantora_TesserinePro {
 
 void boxes_layer::trigger_for_override_path(float x, float y, bool remove) {
-    bool hit = false;
     std::uint32_t id = 0;
     // The cabinet under the point, strictly inside as for exclusions.
-    for_each_box(
-        [&](float x0, float y0, float x1, float y1, unsigned short column, unsigned short row) {
-            if (x0 < x && x < x1 && y0 < y && y < y1) {
-                hit = true;
-                id = box_id(column, row);
-                return true;
-            }
-            return false;
-        },
-        false);
-    if (!hit) return;
+    if (!box_at(x, y, id)) return;
 
     if (CustomPath.empty()) {
         if (remove) return;

@@ -84,20 +84,21 @@ std::vector<std::uint32_t> boxes_layer::hit_test(int left, int top, int right, i
     return ids;
 }
 
-bool boxes_layer::trigger_for_exclude_boxes(float x, float y) {
-    bool hit = false;
-    std::uint32_t id = 0;
-    for_each_box(
+bool boxes_layer::box_at(float x, float y, std::uint32_t& id) const {
+    return for_each_box(
         [&](float x0, float y0, float x1, float y1, unsigned short column, unsigned short row) {
             if (x0 < x && x < x1 && y0 < y && y < y1) {
-                hit = true;
                 id = box_id(column, row);
                 return true;
             }
             return false;
         },
         false);
-    if (!hit) return false;
+}
+
+bool boxes_layer::trigger_for_exclude_boxes(float x, float y) {
+    std::uint32_t id = 0;
+    if (!box_at(x, y, id)) return false;
     if (!ExcludeBoxes.remove(id)) ExcludeBoxes.add(id);
     set_changed();
     return !ExcludeBoxes.contains(id);

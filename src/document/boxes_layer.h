@@ -109,6 +109,9 @@ public:
     // row (or column by column when transposed); stops when it returns true.
     template <class Callback> bool for_each_box(Callback&& callback, bool transposed) const;
 
+    // The cabinet strictly inside whose edges a point lies (a point on a
+    // shared edge hits none); false when there is none.
+    bool box_at(float x, float y, std::uint32_t& id) const;
     // Ids of all cabinets a rectangle (left, top, right, bottom) touches.
     std::vector<std::uint32_t> hit_test(int left, int top, int right, int bottom) const;
     // Toggles the exclusion of the cabinet under a point. True when it is

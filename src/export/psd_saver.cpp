@@ -48,10 +48,12 @@ inline void store16(unsigned char* dst, __m128i v) {
 }
 #endif
 
-// Splits n straight RGBA pixels into the four channels. Layers run to
-// millions of pixels, so sixteen at a time where the processor allows.
-void split_rgba(const unsigned char* src, std::size_t n, unsigned char* r, unsigned char* g,
-                unsigned char* b, unsigned char* a) {
+// Splits n straight RGBA pixels into channel planes; with Alpha false the
+// alpha byte is dropped (a may be null). Layers run to millions of pixels,
+// so sixteen at a time where the processor allows.
+template <bool Alpha>
+void split_channels(const unsigned char* src, std::size_t n, unsigned char* r, unsigned char* g,
+                    unsigned char* b, unsigned char* a) {
     std::size_t i = 0;
 #if defined(__SSE2__)
     for (; i + 16 <= n; i += 16) {
@@ -60,35 +62,25 @@ void split_rgba(const unsigned char* src, std::size_t n, unsigned char* r, unsig
         store16(r + i, channel_of<0>(p0, p1, p2, p3));
         store16(g + i, channel_of<8>(p0, p1, p2, p3));
         store16(b + i, channel_of<16>(p0, p1, p2, p3));
-        store16(a + i, channel_of<24>(p0, p1, p2, p3));
+        if constexpr (Alpha) store16(a + i, channel_of<24>(p0, p1, p2, p3));
     }
 #endif
     for (; i < n; ++i) {
         r[i] = src[4 * i];
         g[i] = src[4 * i + 1];
         b[i] = src[4 * i + 2];
-        a[i] = src[4 * i + 3];
+        if constexpr (Alpha) a[i] = src[4 * i + 3];
     }
 }
 
-// Bytes 0, 1 and 2 of n RGBA pixels, each to its own plane; alpha is dropped.
+void split_rgba(const unsigned char* src, std::size_t n, unsigned char* r, unsigned char* g,
+                unsigned char* b, unsigned char* a) {
+    split_channels<true>(src, n, r, g, b, a);
+}
+
 void split_rgb(const unsigned char* src, std::size_t n, unsigned char* r, unsigned char* g,
                unsigned char* b) {
-    std::size_t i = 0;
-#if defined(__SSE2__)
-    for (; i + 16 <= n; i += 16) {
-        __m128i p0, p1, p2, p3;
-        load16(src + 4 * i, p0, p1, p2, p3);
-        store16(r + i, channel_of<0>(p0, p1, p2, p3));
-        store16(g + i, channel_of<8>(p0, p1, p2, p3));
-        store16(b + i, channel_of<16>(p0, p1, p2, p3));
-    }
-#endif
-    for (; i < n; ++i) {
-        r[i] = src[4 * i];
-        g[i] = src[4 * i + 1];
-        b[i] = src[4 * i + 2];
-    }
+    split_channels<false>(src, n, r, g, b, nullptr);
 }
 
 struct channel_rows {
