@@ -20,7 +20,7 @@ std::string project_text_8k(Global& global) {
                                           "TESSERINE_LED_PROJECT", "Width:7680\nHeight:4320", true);
 }
 
-void BM_Persistence_WriteProject8k(benchmark::State& state) {
+void project_write_8k_16layers(benchmark::State& state) {
     Global global;
     project_text_8k(global);
     std::size_t bytes = 0;
@@ -33,9 +33,9 @@ void BM_Persistence_WriteProject8k(benchmark::State& state) {
     }
     state.SetBytesProcessed(std::int64_t(state.iterations() * bytes));
 }
-BENCHMARK(BM_Persistence_WriteProject8k);
+BENCHMARK(project_write_8k_16layers);
 
-void BM_Persistence_ReadProject8k(benchmark::State& state) {
+void project_read_8k_16layers(benchmark::State& state) {
     Global global;
     const std::string text = project_text_8k(global);
     Global reader;
@@ -45,10 +45,10 @@ void BM_Persistence_ReadProject8k(benchmark::State& state) {
     }
     state.SetBytesProcessed(std::int64_t(state.iterations() * text.size()));
 }
-BENCHMARK(BM_Persistence_ReadProject8k);
+BENCHMARK(project_read_8k_16layers);
 
 // The floor: every line of the same text taken once, nothing applied.
-void BM_Persistence_SplitLinesOnly8k(benchmark::State& state) {
+void split_lines_8k_16layers(benchmark::State& state) {
     Global global;
     const std::string text = project_text_8k(global);
     for (auto _ : state) {
@@ -61,9 +61,9 @@ void BM_Persistence_SplitLinesOnly8k(benchmark::State& state) {
     }
     state.SetBytesProcessed(std::int64_t(state.iterations() * text.size()));
 }
-BENCHMARK(BM_Persistence_SplitLinesOnly8k);
+BENCHMARK(split_lines_8k_16layers);
 
-void BM_Persistence_LoadCatalogue(benchmark::State& state) {
+void catalogue_load(benchmark::State& state) {
     Global global;
     const std::string text = getPresetsSource();
     for (auto _ : state) {
@@ -71,10 +71,10 @@ void BM_Persistence_LoadCatalogue(benchmark::State& state) {
         benchmark::DoNotOptimize(global.get_presets_count());
     }
 }
-BENCHMARK(BM_Persistence_LoadCatalogue);
+BENCHMARK(catalogue_load);
 
 // A project with one full-HD picture: the hexadecimal image dominates.
-void BM_Persistence_ImageProjectRoundTrip(benchmark::State& state) {
+void image_project_round_trip(benchmark::State& state) {
     Global global;
     global.m_project = std::make_shared<project>();
     QImage img(1920, 1080, QImage::Format_ARGB32);
@@ -93,6 +93,6 @@ void BM_Persistence_ImageProjectRoundTrip(benchmark::State& state) {
         benchmark::DoNotOptimize(reader.get_layers_count());
     }
 }
-BENCHMARK(BM_Persistence_ImageProjectRoundTrip)->Unit(benchmark::kMillisecond);
+BENCHMARK(image_project_round_trip)->Unit(benchmark::kMillisecond);
 
 } // namespace
