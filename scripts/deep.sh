@@ -32,11 +32,15 @@ for target in project_file layer_record custom_path raster_label image_data; do
   work="$FUZZ_DIR/corpus/$target"
   artifacts="$FUZZ_DIR/findings/$target/"
   mkdir -p "$work" "$artifacts"
+  # Seeds, and the inputs of past findings where there are any.
+  inputs=("$work")
+  for kept in "$ROOT/fuzz/corpus/$target" "$ROOT/fuzz/regressions/$target"; do
+    [ -d "$kept" ] && inputs+=("$kept")
+  done
   echo "-- fuzz_$target" >&2
   if ! ASAN_OPTIONS="detect_leaks=0" "$FUZZ_DIR/fuzz/fuzz_$target" \
       -max_total_time="$FUZZ_SECONDS" -timeout=20 -rss_limit_mb=4096 -print_final_stats=1 \
-      -artifact_prefix="$artifacts" "$work" "$ROOT/fuzz/corpus/$target" \
-      "$ROOT/fuzz/regressions/$target" >"$FUZZ_DIR/fuzz_$target.log" 2>&1; then
+      -artifact_prefix="$artifacts" "${inputs[@]}" >"$FUZZ_DIR/fuzz_$target.log" 2>&1; then
     echo "fuzz_$target found a fault; inputs in $artifacts, log:" >&2
     tail -60 "$FUZZ_DIR/fuzz_$target.log" >&2
     status=1
