@@ -4,6 +4,7 @@
 // first, then hands it the finished composite.
 
 #include "core/file_path.h"
+#include "core/large_allocator.h"
 #include "core/types.h"
 
 #include <vector>
@@ -12,24 +13,9 @@ namespace Vantora_TesserinePro {
 
 class app_layer;
 
-// Memory for channel arrays. A layer's channels run to megabytes and are
-// written once: large ones are asked for in huge pages where the system
-// offers them, which makes filling them several times cheaper.
-void* allocate_channel_bytes(std::size_t size);
-void free_channel_bytes(void* memory, std::size_t size);
-
-template <class T> struct channel_allocator {
-    using value_type = T;
-    channel_allocator() = default;
-    template <class U> channel_allocator(const channel_allocator<U>&) {}
-    T* allocate(std::size_t n) { return static_cast<T*>(allocate_channel_bytes(n * sizeof(T))); }
-    void deallocate(T* p, std::size_t n) { free_channel_bytes(p, n * sizeof(T)); }
-    template <class U> bool operator==(const channel_allocator<U>&) const { return true; }
-};
-
 class PSDSaver {
   public:
-    using channel = std::vector<unsigned char, channel_allocator<unsigned char>>;
+    using channel = std::vector<unsigned char, large_allocator<unsigned char>>;
 
     struct layinfo_desc_t {
         // x and y keep a negative offset as its two's complement bits.
