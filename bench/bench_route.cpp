@@ -2,8 +2,7 @@
 // plain walk over the same cabinets, the least any router has to do.
 
 #include "datapath/snake.h"
-#include "document/boxes_layer.h"
-#include "document/global.h"
+#include "support/workspace_builders.h"
 
 #include <benchmark/benchmark.h>
 
@@ -21,11 +20,8 @@ struct million_wall {
     pointer<boxes_layer> layer;
     million_wall() {
         global.m_project = std::make_shared<project>();
-        layer = std::static_pointer_cast<boxes_layer>(global.create_layer(e_layer_boxes));
-        layer->Columns = 1000;
-        layer->Rows = 1000;
-        layer->Width = 10;
-        layer->Height = 10;
+        layer = testing::screen_layer(global);
+        testing::set_grid(*layer, 1000, 1000, 10, 10);
         layer->SnakeMode = 6;
         layer->SnakeLimit = 100000;
     }

@@ -1,8 +1,7 @@
 // The power figure of a screen layer: amperes from watts per cabinet, line
 // voltage and phases.
 
-#include "document/boxes_layer.h"
-#include "document/global.h"
+#include "support/workspace_fixtures.h"
 
 #include <gtest/gtest.h>
 
@@ -11,16 +10,11 @@
 #include <string>
 
 using namespace Vantora_TesserinePro;
+using namespace Vantora_TesserinePro::testing;
 
 namespace {
 
-struct power : ::testing::Test {
-    Global global;
-    pointer<boxes_layer> layer;
-    void SetUp() override {
-        global.m_project = std::make_shared<project>();
-        layer = std::static_pointer_cast<boxes_layer>(global.create_layer(e_layer_boxes));
-    }
+struct power : screen_test {
     // As the Power palette shows it.
     std::string shown() {
         char text[64];
@@ -31,23 +25,21 @@ struct power : ::testing::Test {
 
 } // namespace
 
-TEST_F(power, DefaultsWithEightByFive) {
-    EXPECT_EQ(layer->Columns, 8);
-    EXPECT_EQ(layer->Rows, 5);
+TEST_F(power, DefaultsAndOnePhase) {
+    EXPECT_EQ(layer->Columns * layer->Rows, 40);
     EXPECT_FLOAT_EQ(layer->calculate_power(), 8000.0f / (std::sqrt(3.0f) * 110.0f));
     EXPECT_EQ(shown(), "Total Power 41.99 A");
-}
-
-TEST_F(power, OnePhase) {
     layer->PowerWatts = 100;
     layer->PowerPhases = 1;
     EXPECT_EQ(shown(), "Total Power 36.36 A");
 }
 
-TEST_F(power, ExcludedCabinetsCountOnlyWhenSkipped) {
+TEST_F(power, ExcludedCabinetsCountOnlyWhenSkippedAndHalvesCountWhole) {
     layer->PowerWatts = 100;
     layer->PowerPhases = 1;
     layer->PowerVolts = 100;
+    layer->HalfColumns = std::bitset<4>(0b1111);
+    EXPECT_FLOAT_EQ(layer->calculate_power(), 40.0f);
     layer->ExcludeBoxes.add(box_id(2, 3));
     layer->SkipBlankBoxes = 1;
     EXPECT_FLOAT_EQ(layer->calculate_power(), 39.0f);
@@ -57,13 +49,6 @@ TEST_F(power, ExcludedCabinetsCountOnlyWhenSkipped) {
     layer->SkipBlankBoxes = 1;
     layer->ExcludeBoxes.add(box_id(30, 30));
     EXPECT_FLOAT_EQ(layer->calculate_power(), 38.0f);
-}
-
-TEST_F(power, HalfCabinetsCountWhole) {
-    layer->PowerPhases = 1;
-    layer->PowerVolts = 200;
-    layer->HalfColumns = std::bitset<4>(0b1111);
-    EXPECT_FLOAT_EQ(layer->calculate_power(), 40.0f);
 }
 
 TEST_F(power, ZeroVoltsOrPhasesGiveInfinityWithoutFailure) {

@@ -5,8 +5,7 @@
 // give the same route, box for box and mark for mark.
 
 #include "datapath/snake.h"
-#include "document/boxes_layer.h"
-#include "document/global.h"
+#include "support/workspace_fixtures.h"
 
 #include <gtest/gtest.h>
 
@@ -210,13 +209,7 @@ bool same_box(const box& a, const box& b) {
            a.is_port_start() == b.is_port_start() && a.is_port_end() == b.is_port_end();
 }
 
-struct reference_check : ::testing::Test {
-    Global global;
-    pointer<boxes_layer> layer;
-    void SetUp() override {
-        global.m_project = std::make_shared<project>();
-        layer = std::static_pointer_cast<boxes_layer>(global.create_layer(e_layer_boxes));
-    }
+struct reference_check : Vantora_TesserinePro::testing::screen_test {
     void expect_same() {
         const auto expected = reference_route(*layer);
         const auto got = engine_route(*layer);
@@ -281,11 +274,8 @@ TEST_F(reference_check, LongLinesWithGaps) {
     // Lines longer than the walk's buffer would hold at once in cache, with
     // gaps, both orders, and ports that alternate between one line and more.
     std::mt19937 random(7);
+    Vantora_TesserinePro::testing::set_grid(*layer, 300, 40, 10, 10);
     for (int round = 0; round < 200; ++round) {
-        layer->Columns = 300;
-        layer->Rows = 40;
-        layer->Width = 10;
-        layer->Height = 10;
         layer->HalfColumns = std::bitset<4>(unsigned(round % 16));
         layer->SnakeMode = round % 8;
         layer->DataDiagramType = (round / 8) % 2;
@@ -301,10 +291,7 @@ TEST_F(reference_check, LongLinesWithGaps) {
 }
 
 TEST_F(reference_check, ComputedRouteKeepsItsMemoryToThePath) {
-    layer->Columns = 200;
-    layer->Rows = 100;
-    layer->Width = 10;
-    layer->Height = 10;
+    Vantora_TesserinePro::testing::set_grid(*layer, 200, 100, 10, 10);
     layer->SnakeLimit = -1;
     for (int c = 0; c < 200; c += 3)
         layer->ExcludeBoxes.add(box_id(c, 7));

@@ -1,24 +1,18 @@
 // Cabinet geometry of a screen layer: half columns and rows, hit tests,
 // exclusions and colours.
 
-#include "document/boxes_layer.h"
-#include "document/global.h"
+#include "support/workspace_fixtures.h"
 
 #include <gtest/gtest.h>
 
 #include <tuple>
 
 using namespace Vantora_TesserinePro;
+using namespace Vantora_TesserinePro::testing;
 
 namespace {
 
-struct screen : ::testing::Test {
-    Global global;
-    pointer<boxes_layer> layer;
-    void SetUp() override {
-        global.m_project = std::make_shared<project>();
-        layer = std::static_pointer_cast<boxes_layer>(global.create_layer(e_layer_boxes));
-    }
+struct screen : screen_test {
     using cell = std::tuple<float, float, float, float, int, int>;
     std::vector<cell> walk(bool transposed) {
         std::vector<cell> cells;
@@ -54,9 +48,9 @@ TEST_F(screen, WalkOrderRowsThenColumns) {
 
 TEST_F(screen, WalkStopsWhenAsked) {
     int visits = 0;
-    EXPECT_TRUE(layer->for_each_box([&](float, float, float, float, unsigned short, unsigned short) {
-        return ++visits == 3;
-    }, false));
+    EXPECT_TRUE(layer->for_each_box(
+        [&](float, float, float, float, unsigned short, unsigned short) { return ++visits == 3; },
+        false));
     EXPECT_EQ(visits, 3);
     layer->Rows = 0;
     EXPECT_TRUE(walk(false).empty());
@@ -65,34 +59,28 @@ TEST_F(screen, WalkStopsWhenAsked) {
     EXPECT_TRUE(walk(false).empty());
 }
 
-TEST_F(screen, HalfFirstColumn) {
+TEST_F(screen, HalfColumnsAndRows) {
+    // Bit 0, the half first column: 0..64, 64..192, and the last ends at 960.
     layer->HalfColumns.set(0);
     auto cells = walk(false);
-    EXPECT_EQ(std::get<0>(cells[0]), 0.0f);
-    EXPECT_EQ(std::get<2>(cells[0]), 64.0f);
-    EXPECT_EQ(std::get<0>(cells[1]), 64.0f);
-    EXPECT_EQ(std::get<2>(cells[1]), 192.0f);
-    EXPECT_EQ(std::get<2>(cells[7]), 960.0f);
+    EXPECT_EQ(std::make_tuple(std::get<2>(cells[0]), std::get<0>(cells[1]), std::get<2>(cells[1]),
+                              std::get<2>(cells[7])),
+              std::make_tuple(64.0f, 64.0f, 192.0f, 960.0f));
     EXPECT_EQ(layer->get_full_width(), 960);
     EXPECT_FLOAT_EQ(layer->get_full_columns(), 7.5f);
-}
-
-TEST_F(screen, BothHalfBitsTakeOffHalfOnlyOnce) {
-    layer->HalfColumns.set(0);
+    // Both bits of the pair: the cabinets end at 896, the width stays 960.
     layer->HalfColumns.set(1);
     EXPECT_EQ(std::get<2>(walk(false)[7]), 896.0f);
     EXPECT_EQ(layer->get_full_width(), 960);
-    layer->HalfColumns.reset();
-    layer->HalfColumns.set(3);
+    // Bit 3, the half last row.
+    layer->HalfColumns = std::bitset<4>(0b1000);
     EXPECT_EQ(std::get<3>(walk(false).back()), 576.0f);
     EXPECT_EQ(layer->get_full_height(), 576);
-}
-
-TEST_F(screen, OddWidthWithHalfColumnRoundsUp) {
+    // An odd width: 7.5 columns of 129 round up to 968, the half is 64.5 wide.
     layer->Width = 129;
-    layer->HalfColumns.set(0);
+    layer->HalfColumns = std::bitset<4>(0b0001);
     EXPECT_EQ(layer->get_full_width(), 968);
-    auto cells = walk(false);
+    cells = walk(false);
     EXPECT_FLOAT_EQ(std::get<2>(cells[0]) - std::get<0>(cells[0]), 64.5f);
 }
 
@@ -110,7 +98,8 @@ TEST_F(screen, HitTestIsStrictAndIncludesExcluded) {
     layer->Width = 10;
     layer->Height = 10;
     layer->ExcludeBoxes.add(box_id(1, 0));
-    EXPECT_EQ(layer->hit_test(5, 5, 15, 6), (std::vector<std::uint32_t>{box_id(0, 0), box_id(1, 0)}));
+    EXPECT_EQ(layer->hit_test(5, 5, 15, 6),
+              (std::vector<std::uint32_t>{box_id(0, 0), box_id(1, 0)}));
     EXPECT_EQ(layer->hit_test(10, 10, 10, 10), std::vector<std::uint32_t>{}); // empty rectangle
     EXPECT_EQ(layer->hit_test(10, 10, 11, 11), (std::vector<std::uint32_t>{box_id(1, 1)}));
 }
@@ -131,8 +120,8 @@ TEST_F(screen, SwitchAllExcludesOrClears) {
     layer->ExcludeBoxes.add(box_id(1, 1));
     layer->switch_all_exclude_boxes();
     // Column by column, top to bottom; iteration is newest first.
-    EXPECT_EQ(excluded(), (std::vector<std::uint32_t>{box_id(1, 1), box_id(1, 0), box_id(0, 1),
-                                                      box_id(0, 0)}));
+    EXPECT_EQ(excluded(),
+              (std::vector<std::uint32_t>{box_id(1, 1), box_id(1, 0), box_id(0, 1), box_id(0, 0)}));
     layer->switch_all_exclude_boxes();
     EXPECT_TRUE(layer->ExcludeBoxes.empty());
 }
@@ -182,12 +171,7 @@ TEST_F(screen, BoxColorWithIdUsesTheOldDigitRule) {
     EXPECT_EQ(layer->BoxColors[0], color::opaque_white);
     EXPECT_EQ(layer->BoxTintColors[2], color::opaque_white);
     EXPECT_EQ(layer->BoxColors[3], color::color(0x58, 0x18, 0x45, 255));
-    // 45% towards white, truncated.
-    const auto t = layer->BoxTintColors[3];
-    EXPECT_EQ(t, color::color(std::uint8_t(((1 - 0x58 / 255.0f) * 0.45f + 0x58 / 255.0f) * 255.0f),
-                              std::uint8_t(((1 - 0x18 / 255.0f) * 0.45f + 0x18 / 255.0f) * 255.0f),
-                              std::uint8_t(((1 - 0x45 / 255.0f) * 0.45f + 0x45 / 255.0f) * 255.0f),
-                              255));
+    EXPECT_EQ(layer->BoxTintColors[3], color::color(163, 127, 152, 255)); // 45% towards white
     layer->set_box_color_with_id(0, "B54000");
     EXPECT_EQ(layer->BoxColors[0], color::color(0x15, 0x40, 0x00, 255));
     layer->set_box_color_with_id(0, "FF0000");
@@ -195,16 +179,10 @@ TEST_F(screen, BoxColorWithIdUsesTheOldDigitRule) {
     EXPECT_THROW(layer->set_box_color_with_id(0, "GG0000"), std::exception);
 }
 
-TEST_F(screen, FontSizesReadThroughTheirNormalisers) {
-    layer->BoxesNamesFontSize.value = 3;
-    EXPECT_EQ(layer->BoxesNamesFontSize.get(), 5);
-    layer->LayerNameFontSize.value = 0;
-    EXPECT_EQ(layer->LayerNameFontSize.get(), 0);
-    layer->LayerNameFontSize.value = 3;
-    EXPECT_EQ(layer->LayerNameFontSize.get(), 5);
+TEST_F(screen, FontSizeAssignmentKeepsTheNormaliser) {
     BoxesLayerDescription other;
     other.LabelFontSize = BoxesLayerDescription::FontSize(2); // identity normaliser
-    EXPECT_EQ(other.LabelFontSize.get(), 5);                 // assignment keeps font1
+    EXPECT_EQ(other.LabelFontSize.get(), 5);
 }
 
 TEST_F(screen, CornerBits) {

@@ -1,35 +1,23 @@
 // The workspace controller: the layer stack, selection, the raster and the
 // change flag.
 
-#include "document/boxes_layer.h"
-#include "document/global.h"
-#include "document/image_layer.h"
-#include "support/test_support.h"
+#include "support/workspace_fixtures.h"
 
 #include <gtest/gtest.h>
 
 using namespace Vantora_TesserinePro;
-using Vantora_TesserinePro::testing::recording_host;
+using namespace Vantora_TesserinePro::testing;
 
 namespace {
 
-struct workspace : ::testing::Test {
-    recording_host host;
-    Global global{&host};
-
-    void SetUp() override { global.m_project = std::make_shared<project>(); }
-
-    pointer<boxes_layer> add_screen(const std::string& name, long long index = -1) {
-        auto layer = std::static_pointer_cast<boxes_layer>(global.create_layer(e_layer_boxes));
+struct workspace : workspace_test {
+    pointer<boxes_layer> add(const std::string& name, long long index = -1) {
+        auto layer = screen_layer(global);
         layer->set_name(name);
         global.insert_layer_at(layer, index);
         return layer;
     }
-    std::vector<std::string> names() {
-        std::vector<std::string> out;
-        for (const auto& l : global.current_project()->get_layers()) out.push_back(l->get_name());
-        return out;
-    }
+    std::vector<std::string> names() { return layer_names(global); }
 };
 
 } // namespace
@@ -47,8 +35,11 @@ TEST_F(workspace, PaperSizeClampsOnReadOnly) {
 }
 
 TEST_F(workspace, SelectionRules) {
-    add_screen("A");
-    add_screen("B");
+    global.set_current_layer_index(-1); // accepted in an empty stack
+    EXPECT_EQ(global.get_current_layer_id(), -1);
+    EXPECT_EQ(global.get_layer(0), nullptr);
+    add("A");
+    add("B");
     global.set_current_layer_index(-5);
     EXPECT_EQ(global.get_current_layer_id(), -1);
     EXPECT_EQ(global.current_layer(), nullptr);
@@ -63,17 +54,11 @@ TEST_F(workspace, SelectionRules) {
     EXPECT_EQ(global.current_image_layer(), nullptr);
 }
 
-TEST_F(workspace, MinusOneIsAcceptedInAnEmptyStack) {
-    global.set_current_layer_index(-1);
-    EXPECT_EQ(global.get_current_layer_id(), -1);
-    EXPECT_EQ(global.get_layer(0), nullptr);
-}
-
 TEST_F(workspace, InsertAtMinusOneAppendsAndSelects) {
-    add_screen("A", -1);
+    add("A", -1);
     EXPECT_EQ(global.get_current_layer_id(), 0);
-    add_screen("B", -1);
-    add_screen("C", 0);
+    add("B", -1);
+    add("C", 0);
     EXPECT_EQ(names(), (std::vector<std::string>{"C", "A", "B"}));
     EXPECT_EQ(global.get_current_layer_id(), 0);
     EXPECT_EQ(host.selections, (std::vector<long long>{0, 1, 0}));
@@ -97,10 +82,10 @@ TEST_F(workspace, NewLayersGoToTheBottomWithDefaults) {
 }
 
 TEST_F(workspace, MovingByOneStaysInsideTheStack) {
-    add_screen("A");
-    add_screen("B");
-    add_screen("C");
-    global.move_layer_to_visual_top_by_1(2); // last: nothing
+    add("A");
+    add("B");
+    add("C");
+    global.move_layer_to_visual_top_by_1(2);    // last: nothing
     global.move_layer_to_visual_bottom_by_1(0); // first: nothing
     global.move_layer_to_visual_top_by_1(-1);
     EXPECT_EQ(names(), (std::vector<std::string>{"A", "B", "C"}));
@@ -113,9 +98,9 @@ TEST_F(workspace, MovingByOneStaysInsideTheStack) {
 }
 
 TEST_F(workspace, DragAndDropMove) {
-    add_screen("A");
-    add_screen("B");
-    add_screen("C");
+    add("A");
+    add("B");
+    add("C");
     EXPECT_FALSE(global.move_layer_to_visual(1, 1));
     EXPECT_FALSE(global.move_layer_to_visual(-1, 1));
     EXPECT_FALSE(global.move_layer_to_visual(0, 7)); // out of range: refused, no crash
@@ -127,8 +112,13 @@ TEST_F(workspace, DragAndDropMove) {
     EXPECT_EQ(global.get_current_layer_id(), 0);
 }
 
-TEST_F(workspace, DeletingTheOnlyLayerLeavesMinusOne) {
-    add_screen("A");
+TEST_F(workspace, DeletingSelectsTheNewTopAndTheOnlyLayerLeavesMinusOne) {
+    add("A");
+    add("B");
+    global.set_current_layer_index(1);
+    global.delete_current_layer();
+    EXPECT_EQ(names(), (std::vector<std::string>{"A"}));
+    EXPECT_EQ(global.get_current_layer_id(), 0);
     global.delete_current_layer();
     EXPECT_EQ(global.get_layers_count(), 0);
     EXPECT_EQ(global.get_current_layer_id(), -1);
@@ -136,31 +126,23 @@ TEST_F(workspace, DeletingTheOnlyLayerLeavesMinusOne) {
     EXPECT_EQ(global.get_current_layer_id(), -1);
 }
 
-TEST_F(workspace, DeletingTheTopLayerSelectsTheNewTop) {
-    add_screen("A");
-    add_screen("B");
-    global.set_current_layer_index(1);
-    global.delete_current_layer();
-    EXPECT_EQ(names(), (std::vector<std::string>{"A"}));
-    EXPECT_EQ(global.get_current_layer_id(), 0);
-}
-
 TEST_F(workspace, CloneNamesIgnoreCaseAndRunOut) {
-    add_screen("screen10");
-    add_screen("Screen9");
+    EXPECT_EQ(global.clone_current_layer(), nullptr); // no current layer
+    add("screen10");
+    add("Screen9");
     global.set_current_layer_index(1);
     auto copy = global.clone_current_layer();
     ASSERT_NE(copy, nullptr);
     EXPECT_EQ(copy->get_name(), "Screen11");
     EXPECT_EQ(global.get_layer(0), copy); // clones go to the bottom
 
-    add_screen("Screen1000");
+    add("Screen1000");
     global.set_current_layer_index(global.get_layers_count() - 1);
     EXPECT_EQ(global.clone_current_layer()->get_name(), "");
 }
 
 TEST_F(workspace, CloneOfScreenCopiesDescriptionButNotPlacement) {
-    auto layer = add_screen("Wall");
+    auto layer = add("Wall");
     layer->Columns = 3;
     layer->BoxesNamesFontSize.value = 3;
     layer->ExcludeBoxes.add(box_id(1, 1));
@@ -177,15 +159,10 @@ TEST_F(workspace, CloneOfScreenCopiesDescriptionButNotPlacement) {
     EXPECT_EQ(copy->get_name(), "Wall");
 }
 
-TEST_F(workspace, CloneWithNoCurrentLayerGivesNull) {
-    global.set_current_layer_index(-1);
-    EXPECT_EQ(global.clone_current_layer(), nullptr);
-}
-
 TEST_F(workspace, SetChangedRaisesFlagAndPostsRedraw) {
     global.changed = 0;
     int before = host.canvas_redraws;
-    auto layer = add_screen("A");
+    auto layer = add("A");
     global.changed = 0;
     layer->set_offset_y(3);
     EXPECT_TRUE(global.is_changed());
@@ -194,13 +171,8 @@ TEST_F(workspace, SetChangedRaisesFlagAndPostsRedraw) {
     EXPECT_FALSE(layer->has_changed()); // reading consumes
 }
 
-TEST_F(workspace, ErrorsGoToTheHost) {
-    global.show_error("Offscreen allocated nullptr.");
-    EXPECT_EQ(host.errors, (std::vector<std::string>{"Offscreen allocated nullptr."}));
-}
-
 TEST_F(workspace, LogoLayerIsMadeOnceAtTheBottom) {
-    add_screen("A");
+    add("A");
     auto logo = global.get_logo_layer();
     ASSERT_NE(logo, nullptr);
     EXPECT_EQ(global.get_layer(0), logo);

@@ -1,12 +1,10 @@
 #pragma once
-// Helpers of the export tests: byte strings built field by field, small
-// workspaces with offscreen images filled by hand, and a file size limit
-// that makes writes fail part way.
+// Helpers of the export tests: byte strings built field by field and a
+// file size limit that makes writes fail part way. The workspaces come from
+// the shared fixtures.
 
-#include "document/boxes_layer.h"
-#include "document/global.h"
-#include "document/image_layer.h"
 #include "export/psd_saver.h"
+#include "support/workspace_fixtures.h"
 
 #include <QDir>
 #include <QTemporaryDir>
@@ -62,47 +60,6 @@ inline std::string psd_head(std::uint32_t width, std::uint32_t height) {
         .u32(0)
         .u32(0)
         .s;
-}
-
-// A screen layer of columns by rows cabinets of cabinet by cabinet pixels,
-// at the top of the stack, with its offscreen image filled with one
-// premultiplied ARGB value.
-inline pointer<boxes_layer> add_screen(Global& global, const std::string& name, int x, int y,
-                                       int columns, int rows, int cabinet = 2) {
-    auto layer = std::static_pointer_cast<boxes_layer>(global.create_layer(e_layer_boxes));
-    layer->set_name(name);
-    layer->Columns = columns;
-    layer->Rows = rows;
-    layer->Width = cabinet;
-    layer->Height = cabinet;
-    layer->set_offset_x(x);
-    layer->set_offset_y(y);
-    global.insert_layer_at(layer, -1);
-    return layer;
-}
-
-inline pointer<image_layer> add_picture(Global& global, const std::string& name, int x, int y,
-                                        int width, int height) {
-    auto layer = std::static_pointer_cast<image_layer>(global.create_layer(e_layer_image));
-    layer->set_name(name);
-    layer->width = width;
-    layer->height = height;
-    layer->set_offset_x(x);
-    layer->set_offset_y(y);
-    global.insert_layer_at(layer, -1);
-    return layer;
-}
-
-// Gives the layer an offscreen image of its full size where pixel (x, y)
-// holds pixel(x, y), a premultiplied ARGB value.
-template <class F> void paint_offscreen(app_layer& layer, F&& pixel) {
-    pointer<image> img = layer.request_offscreen(unsigned(layer.get_full_width()),
-                                                 unsigned(layer.get_full_height()));
-    for (int y = 0; y < img->height(); ++y) {
-        auto* line = reinterpret_cast<QRgb*>(img->scanLine(y));
-        for (int x = 0; x < img->width(); ++x)
-            line[x] = pixel(x, y);
-    }
 }
 
 // While alive, files of this process cannot grow beyond limit bytes: a

@@ -13,10 +13,7 @@ namespace {
 
 using filters = std::vector<file::file_dialog_filter>;
 
-struct export_commands : ::testing::Test {
-    recording_host host;
-    Global global{&host};
-    void SetUp() override { global.m_project = std::make_shared<project>(); }
+struct export_commands : workspace_test {
 
     // Runs a command with the dialog answering answer; returns the path
     // that waits for the next paint.

@@ -32,12 +32,9 @@ std::string channels_of(const QImage& offscreen) {
     return b.s;
 }
 
-struct psd_through_frame : ::testing::Test {
-    recording_host host;
-    Global global{&host};
+struct psd_through_frame : workspace_test {
     nano2d::draw2d_context context;
     QTemporaryDir dir;
-    void SetUp() override { global.m_project = std::make_shared<project>(); }
 };
 
 } // namespace

@@ -105,11 +105,8 @@ std::vector<long long> attribute_values(const std::string& text, const std::stri
     return out;
 }
 
-struct resolume : ::testing::Test {
-    recording_host host;
-    Global global{&host};
+struct resolume : workspace_test {
     QTemporaryDir dir;
-    void SetUp() override { global.m_project = std::make_shared<project>(); }
     std::string path(const std::string& name) const {
         return (dir.path() + "/").toStdString() + name;
     }
@@ -117,11 +114,9 @@ struct resolume : ::testing::Test {
 
 } // namespace
 
-TEST_F(resolume, EmptyStackGivesScreenWithoutSlices) {
+TEST_F(resolume, WithoutScreenLayersTheScreenHasNoSlicesAndTheRasterIsClamped) {
     EXPECT_EQ(global.layers_xml_text(1234567890123), document("1920", "1080", ""));
-}
-
-TEST_F(resolume, RasterSizeIsClampedToOne) {
+    add_picture(global, "Pic", 5, 5, 50, 50); // image layers give no slices
     global.set_paper_width(0);
     global.set_paper_height(-5);
     EXPECT_EQ(global.layers_xml_text(7), document("1", "1", "", "7"));
@@ -138,12 +133,6 @@ TEST_F(resolume, OneScreenLayerWholeDocument) {
     const grid16 grid(columns, rows);
     EXPECT_EQ(global.layers_xml_text(1234567890123),
               document("1920", "1080", slice("Wall", corners, grid.p)));
-}
-
-TEST_F(resolume, OnlyImageLayersGiveNoSlices) {
-    add_picture(global, "Pic", 5, 5, 50, 50);
-    add_picture(global, "Logo", 0, 0, 10, 10);
-    EXPECT_EQ(global.layers_xml_text(1234567890123), document("1920", "1080", ""));
 }
 
 TEST_F(resolume, WidthOfHundredSplitsAtThirds) {
@@ -237,12 +226,8 @@ TEST_F(resolume, TwoExportsDifferOnlyInUniqueId) {
               std::regex_replace(read_file(path("two.xml")), id, "uniqueId"));
 }
 
-TEST_F(resolume, EmptyChoiceWritesNothing) {
-    EXPECT_TRUE(global.layers_to_xml_at(file::path()).empty());
-    EXPECT_TRUE(files_in(dir).isEmpty());
-}
-
-TEST_F(resolume, UnwritableTargetFailsWithoutLeavingAFile) {
+TEST_F(resolume, NoOrAnUnwritableTargetWritesNothing) {
+    EXPECT_TRUE(global.layers_to_xml_at(file::path()).empty()); // the dialog cancelled
     EXPECT_TRUE(global.layers_to_xml_at(path("missing/wall.xml")).empty());
     EXPECT_FALSE(global.last_write_error().empty());
     ASSERT_TRUE(QDir(dir.path()).mkdir("folder.xml"));

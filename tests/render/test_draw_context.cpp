@@ -1,11 +1,10 @@
 // The production drawing context on real images, ImageWrap and
 // OffscreenDraw.
 
-#include "document/boxes_layer.h"
-#include "document/global.h"
 #include "render/draw2d_context.h"
 #include "render/image_wrap.h"
 #include "support/recording_context.h"
+#include "support/workspace_builders.h"
 
 #include <QFontInfo>
 #include <QPainter>
@@ -28,6 +27,14 @@ QRgb px(const image& img, int x, int y) {
 }
 constexpr QRgb opaque(int r, int g, int b) {
     return qRgba(r, g, b, 255);
+}
+// The pixels at the points given, as AARRGGBB words.
+std::string pixels(const image& img, std::initializer_list<QPoint> points) {
+    std::string out;
+    for (const QPoint& p : points)
+        out += (out.empty() ? "" : " ") +
+               QString::number(img.pixel(p), 16).rightJustified(8, '0').toUpper().toStdString();
+    return out;
 }
 
 } // namespace
@@ -124,19 +131,10 @@ TEST(draw_context, RectanglesPathsAndOutlines) {
         ctx.line_to(40, 35);
         ctx.stroke();
     }
-    EXPECT_EQ(px(img, 0, 0), opaque(0, 0, 255));
-    EXPECT_EQ(px(img, 9, 9), opaque(0, 0, 255));
-    EXPECT_EQ(qAlpha(px(img, 10, 10)), 0);
-    EXPECT_EQ(px(img, 20, 20), opaque(0, 255, 0));
-    EXPECT_EQ(px(img, 21, 25), opaque(0, 255, 0));
-    EXPECT_EQ(px(img, 29, 29), opaque(0, 255, 0));
-    EXPECT_EQ(px(img, 28, 25), opaque(0, 255, 0));
-    EXPECT_EQ(qAlpha(px(img, 22, 25)), 0);
-    EXPECT_EQ(qAlpha(px(img, 30, 25)), 0);
-    EXPECT_EQ(qAlpha(px(img, 19, 25)), 0);
-    EXPECT_EQ(px(img, 5, 34), opaque(255, 255, 0));
-    EXPECT_EQ(px(img, 5, 35), opaque(255, 255, 0));
-    EXPECT_EQ(qAlpha(px(img, 5, 33)), 0);
+    EXPECT_EQ(pixels(img, {{0, 0}, {9, 9}, {10, 10}}), "FF0000FF FF0000FF 00000000");
+    EXPECT_EQ(pixels(img, {{20, 20}, {21, 25}, {29, 29}, {28, 25}, {22, 25}, {30, 25}, {19, 25}}),
+              "FF00FF00 FF00FF00 FF00FF00 FF00FF00 00000000 00000000 00000000");
+    EXPECT_EQ(pixels(img, {{5, 34}, {5, 35}, {5, 33}}), "FFFFFF00 FFFFFF00 00000000");
 }
 
 TEST(draw_context, SaveRestoreAndTranslate) {
@@ -156,8 +154,7 @@ TEST(draw_context, SaveRestoreAndTranslate) {
         ctx.rectangle(0, 0, 5, 5);
         ctx.fill();
     }
-    EXPECT_EQ(px(img, 12, 12), opaque(0, 255, 0));
-    EXPECT_EQ(px(img, 2, 2), opaque(255, 0, 0));
+    EXPECT_EQ(pixels(img, {{12, 12}, {2, 2}}), "FF00FF00 FFFF0000");
 }
 
 TEST(draw_context, ImageHandlesWrapPixelsAndPatternsScale) {
@@ -185,10 +182,8 @@ TEST(draw_context, ImageHandlesWrapPixelsAndPatternsScale) {
         off->fill_paint(p);
         off->fill();
     }
-    EXPECT_EQ(px(target, 1, 1), opaque(255, 0, 0));
-    EXPECT_EQ(px(target, 6, 1), opaque(0, 255, 0));
-    EXPECT_EQ(px(target, 1, 6), opaque(0, 0, 255));
-    EXPECT_EQ(px(target, 6, 6), opaque(255, 255, 255));
+    EXPECT_EQ(pixels(target, {{1, 1}, {6, 1}, {1, 6}, {6, 6}}),
+              "FFFF0000 FF00FF00 FF0000FF FFFFFFFF");
 
     // The handle wraps the pixels: an update points it at new ones.
     image other = blank(2, 2);
@@ -202,9 +197,7 @@ TEST(draw_context, ImageHandlesWrapPixelsAndPatternsScale) {
         off->fill_paint(off->image_pattern(h, 0, 0, 8, 8, 0, 1));
         off->fill();
     }
-    EXPECT_EQ(px(target, 2, 2), opaque(10, 20, 30));
-    EXPECT_EQ(qAlpha(px(target, 1, 1)), 0);
-    EXPECT_EQ(qAlpha(px(target, 4, 4)), 0);
+    EXPECT_EQ(pixels(target, {{2, 2}, {1, 1}, {4, 4}}), "FF0A141E 00000000 00000000");
     screen.delete_image(h);
     EXPECT_FALSE(screen.read_image_size(h, w, hh));
 }
@@ -248,8 +241,7 @@ TEST(draw_context, NestedOffscreenScopesOnOneImageShareItsPainter) {
         ctx->fill();
     }
     EXPECT_EQ(ctx, &screen);
-    EXPECT_EQ(px(target, 1, 1), opaque(255, 0, 0));
-    EXPECT_EQ(px(target, 8, 8), opaque(255, 0, 0));
+    EXPECT_EQ(pixels(target, {{1, 1}, {8, 8}}), "FFFF0000 FFFF0000");
 
     // A null context still gets an image context; a null target one that
     // draws nothing.

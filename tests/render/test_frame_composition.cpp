@@ -1,32 +1,24 @@
 // Frame composition: real renders read back pixel by pixel, and the
 // recording context for what is (or is not) drawn.
 
-#include "document/boxes_layer.h"
-#include "document/global.h"
-#include "document/image_layer.h"
 #include "render/draw2d_context.h"
 #include "support/recording_context.h"
-#include "support/test_support.h"
+#include "support/workspace_fixtures.h"
 
 #include <QFile>
 
 #include <gtest/gtest.h>
 
 using namespace Vantora_TesserinePro;
-using Vantora_TesserinePro::testing::recording_context;
-using Vantora_TesserinePro::testing::recording_host;
+using namespace Vantora_TesserinePro::testing;
 
 namespace {
 
 constexpr QRgb main_colour = qRgba(0x3F, 0x7F, 0x7F, 255);
 constexpr QRgb tint_colour = qRgba(0x95, 0xB8, 0xB8, 255);
 
-struct composition : ::testing::Test {
-    recording_host host;
-    Global global{&host};
+struct composition : workspace_test {
     nano2d::draw2d_context ctx;
-
-    void SetUp() override { global.m_project = std::make_shared<project>(); }
 
     void paper(int w, int h) {
         global.set_paper_width(w);
@@ -35,14 +27,10 @@ struct composition : ::testing::Test {
     // A screen layer that draws only its cabinets, put on top of the stack.
     pointer<boxes_layer> cabinets(int columns, int rows, int size, int x = 0, int y = 0) {
         auto layer = global.new_boxes_layer();
-        auto& l = *layer;
-        l.DrawGrid = l.DrawCircle = l.DrawLayerName = l.DrawScreenSize = l.DrawInfoLine = 0;
-        l.CornersMode = 0;
-        l.Columns = columns;
-        l.Rows = rows;
-        l.Width = l.Height = size;
-        l.set_offset_x(x);
-        l.set_offset_y(y);
+        show_only_cabinets(*layer);
+        set_grid(*layer, columns, rows, size, size);
+        layer->set_offset_x(x);
+        layer->set_offset_y(y);
         // new_boxes_layer inserts at the bottom; tests want stack order.
         auto& layers = global.current_project()->layers;
         layers.erase(layers.begin());
@@ -169,7 +157,7 @@ TEST_F(composition, ImageLayerIsStretchedToItsSize) {
 }
 
 TEST_F(composition, ImageLayerWithoutImageOnlyPrints) {
-    Vantora_TesserinePro::testing::capture_diagnostics out;
+    capture_diagnostics out;
     auto picture = std::make_shared<image>(2, 2, QImage::Format_ARGB32);
     picture->fill(Qt::red);
     auto layer = std::static_pointer_cast<image_layer>(global.create_layer(e_layer_image));
@@ -239,14 +227,6 @@ TEST_F(composition, PaintWithNothingChangedDrawsNothing) {
     EXPECT_TRUE(global.get_save_to_file_requested_info().empty());
 }
 
-TEST_F(composition, EveryBuildNumbersPortsFromOne) {
-    recording_context rec;
-    cabinets(1, 1, 16);
-    global.current_project()->ends_counter = 42;
-    ASSERT_TRUE(global.defer_build_frame(true, &rec));
-    EXPECT_EQ(global.current_project()->ends_counter, 1);
-}
-
 TEST_F(composition, LayerFailureStopsThePassAndKeepsTheSaveRequest) {
     const std::string out = QDir::tempPath().toStdString() + "/tesserine_failed_frame.png";
     QFile::remove(QString::fromStdString(out));
@@ -271,11 +251,15 @@ TEST_F(composition, LayerFailureStopsThePassAndKeepsTheSaveRequest) {
 }
 
 TEST_F(composition, AbsurdRasterIsRefusedLikeALayer) {
-    paper(40000, 10);
-    EXPECT_FALSE(global.defer_build_frame(true, &ctx));
-    EXPECT_EQ(host.errors, std::vector<std::string>{"Offscreen allocated nullptr."});
-    EXPECT_FALSE(global.get_composite_image());
-    EXPECT_EQ(global.frame_image_wrap.handle, -1);
+    for (auto [w, h] : {std::pair{40000, 10}, {100000, 1}, {100000, 100000}}) {
+        paper(w, h);
+        global.set_changed();
+        host.errors.clear();
+        EXPECT_FALSE(global.defer_build_frame(true, &ctx));
+        EXPECT_EQ(host.errors, std::vector<std::string>{"Offscreen allocated nullptr."});
+        EXPECT_FALSE(global.get_composite_image());
+        EXPECT_EQ(global.frame_image_wrap.handle, -1);
+    }
 
     paper(40, 10);
     EXPECT_TRUE(global.defer_build_frame(true, &ctx));

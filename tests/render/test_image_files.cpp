@@ -1,45 +1,34 @@
 // The image files a paint writes: formats by extension, the black
-// background rule, our own TGA byte for byte, whole-or-nothing writes, and
-// an independent reader's view of every format.
+// background rule, our own TGA byte for byte and whole-or-nothing writes.
+// ImageMagick's view of every format is checked through the render
+// command, and the PSD a paint writes with the exports.
 
-#include "document/boxes_layer.h"
-#include "document/global.h"
-#include "document/image_layer.h"
 #include "render/draw2d_context.h"
 #include "render/image_writers.h"
-#include "support/test_support.h"
+#include "support/workspace_fixtures.h"
 
 #include <QFile>
-#include <QProcess>
-#include <QStandardPaths>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
-#include <cstring>
-
 using namespace Vantora_TesserinePro;
-using Vantora_TesserinePro::testing::recording_host;
+using namespace Vantora_TesserinePro::testing;
 
 namespace {
 
-struct image_files : ::testing::Test {
+struct image_files : workspace_test {
     QTemporaryDir dir;
-    recording_host host;
-    Global global{&host};
     nano2d::draw2d_context ctx;
 
     void SetUp() override {
         ASSERT_TRUE(dir.isValid());
-        global.m_project = std::make_shared<project>();
         global.set_paper_width(320);
         global.set_paper_height(200);
         // One 64 x 64 cabinet at the top left, nothing else.
         auto l = global.new_boxes_layer();
-        l->DrawGrid = l->DrawCircle = l->DrawLayerName = l->DrawScreenSize = l->DrawInfoLine = 0;
-        l->CornersMode = 0;
-        l->Columns = l->Rows = 1;
-        l->Width = l->Height = 64;
+        show_only_cabinets(*l);
+        set_grid(*l, 1, 1, 64, 64);
     }
     std::string path(const std::string& name) {
         return dir.filePath(QString::fromStdString(name)).toStdString();
@@ -49,14 +38,6 @@ struct image_files : ::testing::Test {
         global.request_save_to_file(file::path(file));
         global.defer_build_frame(true, &ctx);
         return global.last_save_succeeded();
-    }
-    static std::string run_identify(const QString& identify, const char* format,
-                                    const std::string& file) {
-        QProcess p;
-        p.start(identify, {"-format", format, QString::fromStdString(file)});
-        if (!p.waitForFinished(30000) || p.exitCode() != 0)
-            return "identify failed: " + p.readAllStandardError().toStdString();
-        return p.readAllStandardOutput().trimmed().toStdString();
     }
     static bool exists(const std::string& p) { return QFile::exists(QString::fromStdString(p)); }
 };
@@ -147,50 +128,8 @@ TEST_F(image_files, FailedWriteLeavesNoFileAndOldFilesWhole) {
     EXPECT_TRUE(QFileInfo(QString::fromStdString(path("taken.png"))).isDir());
 
     // A successful write replaces an old file whole.
-    ASSERT_TRUE(Vantora_TesserinePro::testing::write_file(path("old.bmp"), "old bytes"));
+    ASSERT_TRUE(write_file(path("old.bmp"), "old bytes"));
     ASSERT_TRUE(save(path("old.bmp")));
-    EXPECT_EQ(Vantora_TesserinePro::testing::read_file(path("old.bmp")).substr(0, 2), "BM");
+    EXPECT_EQ(read_file(path("old.bmp")).substr(0, 2), "BM");
     EXPECT_EQ(QDir(dir.path()).entryList(QDir::Files).size(), 1); // no temporary left over
-}
-
-TEST_F(image_files, AnIndependentReaderOpensAllFourFormats) {
-    const QString identify = QStandardPaths::findExecutable("identify");
-    if (identify.isEmpty()) GTEST_SKIP() << "ImageMagick's identify is not installed";
-    struct expected {
-        const char* name;
-        const char* magick;
-    };
-    for (const expected& e : {expected{"a.png", "PNG"}, expected{"a.tga", "TGA"},
-                              expected{"a.bmp", "BMP"}, expected{"a.jpg", "JPEG"}}) {
-        ASSERT_TRUE(save(path(e.name))) << e.name;
-        // ImageMagick names BMP versions (BMP3): the family and size count.
-        const std::string seen = run_identify(identify, "%m %w %h", path(e.name));
-        EXPECT_EQ(seen.substr(0, std::strlen(e.magick)), e.magick) << seen;
-        EXPECT_EQ(seen.substr(seen.find(' ') == std::string::npos ? 0 : seen.find(' ')), " 320 200")
-            << seen;
-    }
-    // The TGA keeps its alpha channel, the JPG its quality.
-    EXPECT_EQ(QString::fromStdString(run_identify(identify, "%A", path("a.tga"))).toLower(),
-              "true");
-    EXPECT_EQ(run_identify(identify, "%Q", path("a.jpg")), "90");
-}
-
-TEST_F(image_files, PsdGetsEveryComposedLayerInStackOrder) {
-    auto hidden = global.new_boxes_layer();
-    hidden->set_hidden(true);
-    auto picture = std::make_shared<image>(4, 4, QImage::Format_ARGB32);
-    picture->fill(Qt::red);
-    auto pic = std::static_pointer_cast<image_layer>(global.create_layer(e_layer_image));
-    pic->set_image(picture);
-    pic->width = pic->height = 16;
-    global.insert_layer_at(pic, -1);
-    const bool ok = save(path("frame.psd"));
-    if (!ok && !exists(path("frame.psd"))) GTEST_SKIP() << "the PSD writer is not in yet";
-    ASSERT_TRUE(ok);
-    const std::string psd = Vantora_TesserinePro::testing::read_file(path("frame.psd"));
-    ASSERT_GT(psd.size(), 44u);
-    EXPECT_EQ(psd.substr(0, 4), "8BPS");
-    // Two composed layers: the screen and the picture; the hidden one is out.
-    EXPECT_EQ((unsigned char)psd[42] * 256 + (unsigned char)psd[43], 2);
-    EXPECT_NE(psd.find("Screen1"), std::string::npos);
 }

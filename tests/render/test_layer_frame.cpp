@@ -1,29 +1,21 @@
 // A screen layer's frame through the recording context: what is drawn, in
 // which order, with which texts and where.
 
-#include "document/boxes_layer.h"
-#include "document/global.h"
 #include "support/recording_context.h"
-#include "support/test_support.h"
+#include "support/workspace_fixtures.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 
 using namespace Vantora_TesserinePro;
-using Vantora_TesserinePro::testing::recorded_call;
-using Vantora_TesserinePro::testing::recording_context;
-using Vantora_TesserinePro::testing::recording_host;
+using namespace Vantora_TesserinePro::testing;
 
 namespace {
 
-struct layer_frame : ::testing::Test {
-    recording_host host;
-    Global global{&host};
+struct layer_frame : workspace_test {
     recording_context rec;
     std::vector<std::string> errors;
-
-    void SetUp() override { global.m_project = std::make_shared<project>(); }
 
     // The "New" screen layer: default colours and defaults.
     pointer<boxes_layer> screen() { return global.new_boxes_layer(); }
@@ -55,6 +47,20 @@ struct layer_frame : ::testing::Test {
             return none;
         }
         return *c;
+    }
+    // Index of the first text call whose string holds part.
+    long text_with(const std::string& part) {
+        for (std::size_t i = 0; i < rec.log().size(); ++i)
+            if (rec.log()[i].op == "text" && rec.log()[i].args[0].find(part) != std::string::npos)
+                return long(i);
+        return -1;
+    }
+    // Where text s was drawn, with the font size and alignment then in
+    // force: "X,Y SIZE/ALIGN".
+    std::string placed(const std::string& s) {
+        const auto [size, align] = font_of(s);
+        const recorded_call& c = text(s);
+        return c.args[1] + "," + c.args[2] + " " + size + "/" + align;
     }
     // The font size and alignment in force when text s was drawn.
     std::pair<std::string, std::string> font_of(const std::string& s) {
@@ -124,14 +130,11 @@ TEST_F(layer_frame, LabelsStandAtTheirAnchorsOnTheirBackgrounds) {
     build(*layer);
     // labelSize 30, name size 0 -> 30, so y0 = 30: the size line sits 30
     // below the centre, the name on it.
-    EXPECT_EQ(where(text("W 1024 X H 640")), at(512, 350));
-    EXPECT_EQ(font_of("W 1024 X H 640"), std::make_pair(std::string("30"), std::string("18")));
+    EXPECT_EQ(placed("W 1024 X H 640"), "512,350 30/18");
     EXPECT_EQ(where(text("Screen1")), at(512, 320));
     const std::string info = rec.texts()[2];
-    EXPECT_EQ(where(text(info)), at(512, 640)); // H - 5, then y 5: the very edge
-    EXPECT_EQ(font_of(info), std::make_pair(std::string("14"), std::string("34")));
-    EXPECT_EQ(where(text("X 0,Y 0")), at(10, 5));
-    EXPECT_EQ(font_of("X 0,Y 0"), std::make_pair(std::string("30"), std::string("9")));
+    EXPECT_EQ(placed(info), "512,640 14/34"); // H - 5, then y 5: the very edge
+    EXPECT_EQ(placed("X 0,Y 0"), "10,5 30/9");
 
     // The background is the text's line box: 14 bytes * 15 wide, centred;
     // ascent 24 and descent 6 around a middle anchor.
@@ -242,8 +245,7 @@ TEST_F(layer_frame, CabinetNamesRunPastZ) {
     EXPECT_EQ(names[27], "BB1");
     EXPECT_EQ(names[52], "AAA1");
     EXPECT_EQ(names[53], "A2");
-    EXPECT_EQ(where(text("A1")), at(2, 2));
-    EXPECT_EQ(font_of("A1"), std::make_pair(std::string("40"), std::string("18")));
+    EXPECT_EQ(placed("A1"), "2,2 40/18");
 
     rec.clear();
     layer->BoxesNamesReverse = 1;
@@ -286,14 +288,10 @@ TEST_F(layer_frame, CornerLabelsReadRasterCoordinates) {
     build(*layer);
     EXPECT_EQ(rec.texts(), (std::vector<std::string>{"X 100,Y -20", "X 1123,Y -20", "X 100,Y 619",
                                                      "X 1123,Y 619"}));
-    EXPECT_EQ(where(text("X 100,Y -20")), at(10, 5));
-    EXPECT_EQ(font_of("X 100,Y -20").second, "9");
-    EXPECT_EQ(where(text("X 1123,Y -20")), at(1014, 5));
-    EXPECT_EQ(font_of("X 1123,Y -20").second, "12");
-    EXPECT_EQ(where(text("X 100,Y 619")), at(10, 635));
-    EXPECT_EQ(font_of("X 100,Y 619").second, "33");
-    EXPECT_EQ(where(text("X 1123,Y 619")), at(1014, 635));
-    EXPECT_EQ(font_of("X 1123,Y 619").second, "36");
+    EXPECT_EQ(placed("X 100,Y -20"), "10,5 30/9");
+    EXPECT_EQ(placed("X 1123,Y -20"), "1014,5 30/12");
+    EXPECT_EQ(placed("X 100,Y 619"), "10,635 30/33");
+    EXPECT_EQ(placed("X 1123,Y 619"), "1014,635 30/36");
     // Right aligned: the box ends at the anchor.
     EXPECT_EQ(background_of("X 1123,Y 619").args[0], recording_context::f(1014 - 15 * 12));
 }
@@ -332,25 +330,17 @@ TEST_F(layer_frame, OrderOfDrawing) {
     const long circle = rec.index_of("circle 512 320 159");
     const long size_line = rec.index_of("text W 1024 X H 640 512 350");
     const long name = rec.index_of("text Screen1 512 320");
-    long power = -1;
-    for (std::size_t i = 0; i < rec.log().size(); ++i)
-        if (rec.log()[i].op == "text" && rec.log()[i].args[0].find("Phases") != std::string::npos)
-            power = long(i);
-    const long info = long(std::find_if(rec.log().begin(), rec.log().end(),
-                                        [](const recorded_call& c) {
-                                            return c.op == "text" &&
-                                                   c.args[0].find("Columns") != std::string::npos;
-                                        }) -
-                           rec.log().begin());
-    const long corner = rec.index_of("text X 0,Y 0 10 5");
-    EXPECT_LT(first_fill, first_outline);
-    EXPECT_LT(first_outline, first_name);
-    EXPECT_LT(first_name, circle);
-    EXPECT_LT(circle, size_line);
-    EXPECT_LT(size_line, name);
-    EXPECT_LT(name, power);
-    EXPECT_LT(power, info);
-    EXPECT_LT(info, corner);
+    const std::vector<long> order = {first_fill,
+                                     first_outline,
+                                     first_name,
+                                     circle,
+                                     size_line,
+                                     name,
+                                     text_with("Phases"),
+                                     text_with("Columns"),
+                                     rec.index_of("text X 0,Y 0 10 5")};
+    EXPECT_TRUE(std::is_sorted(order.begin(), order.end())) << ::testing::PrintToString(order);
+    EXPECT_EQ(std::count(order.begin(), order.end(), -1), 0);
 }
 
 TEST_F(layer_frame, CircleDiagonalsAndDashes) {
