@@ -48,7 +48,8 @@ void exercise_layer(const pointer<app_layer>& layer) {
         (void)boxes->calculate_power();
         const long long cabinets = (long long)boxes->Columns * (long long)boxes->Rows;
         long long custom = 0;
-        for (const auto& run : boxes->CustomPath) custom += (long long)run.size();
+        for (const auto& run : boxes->CustomPath)
+            custom += (long long)run.size();
         if (cabinets <= route_cabinet_budget && custom <= route_cabinet_budget) {
             try {
                 (void)Snake::make_route(*boxes);
@@ -71,14 +72,16 @@ void project_file(const std::uint8_t* data, std::size_t size) {
     } catch (const std::exception&) {
         // a colour the layer reader refuses ends the load by design
     }
-    for (long long i = 0; i < global.get_layers_count(); ++i) exercise_layer(global.get_layer(i));
+    for (long long i = 0; i < global.get_layers_count(); ++i)
+        exercise_layer(global.get_layer(i));
     (void)global.project_or_presets_text(global.current_project()->get_layers(),
                                          "TESSERINE_LED_PROJECT", "Width:1\nHeight:1", true);
     try {
         global.load_presets_from_string(text);
     } catch (const std::exception&) {
     }
-    for (const auto& preset : global.get_presets()) exercise_layer(preset);
+    for (const auto& preset : global.get_presets())
+        exercise_layer(preset);
 }
 
 void layer_record(const std::uint8_t* data, std::size_t size) {
@@ -118,7 +121,8 @@ void custom_path(const std::uint8_t* data, std::size_t size) {
         throw std::logic_error("custom path text does not read back");
     layer->CustomDataPath = 1;
     long long ids = 0;
-    for (const auto& run : layer->CustomPath) ids += (long long)run.size();
+    for (const auto& run : layer->CustomPath)
+        ids += (long long)run.size();
     if (ids <= route_cabinet_budget) (void)Snake::make_route(*layer);
 }
 

@@ -21,7 +21,7 @@ int cmd_export_resolume(const args& a);
 
 // Exit statuses.
 constexpr int exit_ok = 0;
-constexpr int exit_failure = 1; // an output could not be written, a build failed
+constexpr int exit_failure = 1;   // an output could not be written, a build failed
 constexpr int exit_bad_input = 2; // bad arguments or a bad input file
 
 // Prints "tesserine: PROBLEM" and the usage on standard error; returns 2.
@@ -41,9 +41,9 @@ struct parsed_args {
     std::vector<std::string> flags; // "--x" words without a value
     std::string output;             // value of -o
     bool has_output = false;
-    std::string layer;              // value of --layer
+    std::string layer; // value of --layer
     bool has_layer = false;
-    std::string error;              // set when the words do not parse
+    std::string error; // set when the words do not parse
 };
 parsed_args parse_args(const args& a, const std::vector<std::string>& known_flags,
                        bool takes_output, bool takes_layer);

@@ -9,7 +9,8 @@ namespace Vantora_TesserinePro::cli {
 int cmd_new(const args& a) {
     parsed_args p = parse_args(a, {}, true, false);
     if (!p.error.empty()) return usage_error(p.error);
-    if (!p.has_output || !p.positional.empty()) return usage_error("new takes -o FILE and nothing else");
+    if (!p.has_output || !p.positional.empty())
+        return usage_error("new takes -o FILE and nothing else");
     if (p.output.empty()) return usage_error("-o needs a file name");
     Global global;
     global.load_default_layers();

@@ -23,14 +23,12 @@ void quiet_qt_messages(QtMsgType type, const QMessageLogContext&, const QString&
 
 int main(int argc, char** argv) {
     static const std::map<std::string, int (*)(const cli::args&)> commands = {
-        {"new", &cli::cmd_new},
-        {"info", &cli::cmd_info},
-        {"presets", &cli::cmd_presets},
-        {"route", &cli::cmd_route},
-        {"render", &cli::cmd_render},
-        {"export-resolume", &cli::cmd_export_resolume},
+        {"new", &cli::cmd_new},         {"info", &cli::cmd_info},
+        {"presets", &cli::cmd_presets}, {"route", &cli::cmd_route},
+        {"render", &cli::cmd_render},   {"export-resolume", &cli::cmd_export_resolume},
     };
-    if (argc < 2) return cli::usage_error("no command given (the window is not part of this build)");
+    if (argc < 2)
+        return cli::usage_error("no command given (the window is not part of this build)");
     const std::string word = argv[1];
     if (word == "--help" || word == "-h" || word == "help") {
         std::cout << cli::usage_text();

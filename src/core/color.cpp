@@ -29,7 +29,8 @@ color::color as_color(const std::string& text) {
     if (t.size() == 6) {
         int v[6];
         bool ok = true;
-        for (int i = 0; i < 6; ++i) ok = ok && (v[i] = hex_value(t[i])) >= 0;
+        for (int i = 0; i < 6; ++i)
+            ok = ok && (v[i] = hex_value(t[i])) >= 0;
         if (ok)
             return color::color(std::uint8_t(v[0] * 16 + v[1]), std::uint8_t(v[2] * 16 + v[3]),
                                 std::uint8_t(v[4] * 16 + v[5]), 255);
@@ -39,7 +40,8 @@ color::color as_color(const std::string& text) {
     if (std::sscanf(text.c_str(), " %f %f %f %f%n", &r, &g, &b, &a, &consumed) == 4) {
         // Only trailing white space may follow the four numbers.
         std::size_t i = std::size_t(consumed);
-        while (i < text.size() && (text[i] == ' ' || text[i] == '\t')) ++i;
+        while (i < text.size() && (text[i] == ' ' || text[i] == '\t'))
+            ++i;
         if (i == text.size())
             return color::color(channel_from_unit(r), channel_from_unit(g), channel_from_unit(b),
                                 channel_from_unit(a));

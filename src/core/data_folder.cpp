@@ -5,7 +5,9 @@
 
 namespace Vantora_TesserinePro {
 
-std::string app_name_for_storage() { return "Tesserine"; }
+std::string app_name_for_storage() {
+    return "Tesserine";
+}
 
 file::path folder_to_save_data() {
     const QString base = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);

@@ -12,8 +12,12 @@ std::ostream* g_parse_errors = &std::cerr;
 std::ostream* g_debug = nullptr;
 } // namespace
 
-std::ostream& diagnostics_out() { return *g_diagnostics; }
-void diagnostics_line(const std::string& text) { *g_diagnostics << text << std::endl; }
+std::ostream& diagnostics_out() {
+    return *g_diagnostics;
+}
+void diagnostics_line(const std::string& text) {
+    *g_diagnostics << text << std::endl;
+}
 
 void diagnostics_printf(const char* format, ...) {
     va_list args;
@@ -28,13 +32,21 @@ void diagnostics_printf(const char* format, ...) {
     *g_diagnostics << text << std::flush;
 }
 
-void set_diagnostics_out(std::ostream* stream) { g_diagnostics = stream ? stream : &std::cout; }
-std::ostream& parse_error_out() { return *g_parse_errors; }
-void set_parse_error_out(std::ostream* stream) { g_parse_errors = stream ? stream : &std::cerr; }
+void set_diagnostics_out(std::ostream* stream) {
+    g_diagnostics = stream ? stream : &std::cout;
+}
+std::ostream& parse_error_out() {
+    return *g_parse_errors;
+}
+void set_parse_error_out(std::ostream* stream) {
+    g_parse_errors = stream ? stream : &std::cerr;
+}
 
 void output_debug_string(const std::string& text) {
     if (g_debug) *g_debug << text;
 }
-void set_debug_out(std::ostream* stream) { g_debug = stream; }
+void set_debug_out(std::ostream* stream) {
+    g_debug = stream;
+}
 
 } // namespace Vantora_TesserinePro

@@ -25,9 +25,13 @@ path path::operator/(const std::string& name) const {
     return path(m_text + "/" + name);
 }
 
-std::string path::name() const { return m_text.substr(name_start(m_text)); }
+std::string path::name() const {
+    return m_text.substr(name_start(m_text));
+}
 
-bool path::has_extension() const { return extension_start(m_text) != std::string::npos; }
+bool path::has_extension() const {
+    return extension_start(m_text) != std::string::npos;
+}
 
 path path::with_extension_if_no_extension(const std::string& extension) const {
     if (has_extension()) return *this;

@@ -7,7 +7,7 @@ namespace Vantora_TesserinePro {
 namespace file {
 
 class path {
-public:
+  public:
     path() = default;
     path(std::string text) : m_text(std::move(text)) {}
     path(const char* text) : m_text(text ? text : "") {}
@@ -31,7 +31,7 @@ public:
     // empty when there is no dot.
     std::string final_extension_lower() const;
 
-private:
+  private:
     std::string m_text;
 };
 

@@ -29,7 +29,8 @@ std::vector<std::string> split_lines(std::string_view text) {
     std::vector<std::string> lines;
     line_reader reader(text);
     std::string line;
-    while (reader.get_line(line)) lines.push_back(line);
+    while (reader.get_line(line))
+        lines.push_back(line);
     return lines;
 }
 

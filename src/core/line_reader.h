@@ -10,7 +10,7 @@
 namespace Vantora_TesserinePro {
 
 class line_reader {
-public:
+  public:
     explicit line_reader(std::string_view text) : m_text(text) {}
 
     // Takes the next line. At the end it reports false and leaves line alone.
@@ -18,9 +18,11 @@ public:
     std::size_t position() const { return m_pos; }
     void skip(std::size_t count) { m_pos += count; }
     std::size_t remaining() const { return m_pos < m_text.size() ? m_text.size() - m_pos : 0; }
-    std::string_view rest() const { return m_pos < m_text.size() ? m_text.substr(m_pos) : std::string_view(); }
+    std::string_view rest() const {
+        return m_pos < m_text.size() ? m_text.substr(m_pos) : std::string_view();
+    }
 
-private:
+  private:
     std::string_view m_text;
     std::size_t m_pos = 0;
 };

@@ -11,7 +11,9 @@ void property_set::set(const std::string& key, const std::string& value) {
     m_entries.emplace_back(key, value);
 }
 
-void property_set::set(const std::string& key, long long value) { set(key, std::to_string(value)); }
+void property_set::set(const std::string& key, long long value) {
+    set(key, std::to_string(value));
+}
 
 const std::string* property_set::find(const std::string& key) const {
     for (const auto& e : m_entries)
@@ -25,7 +27,8 @@ std::string property_set::get(const std::string& key) const {
 }
 
 void property_set::merge(const property_set& other) {
-    for (const auto& e : other.m_entries) set(e.first, e.second);
+    for (const auto& e : other.m_entries)
+        set(e.first, e.second);
 }
 
 std::string property_set::as_string(const std::string& separator,

@@ -9,7 +9,7 @@
 namespace Vantora_TesserinePro {
 
 class property_set {
-public:
+  public:
     using entry = std::pair<std::string, std::string>;
 
     void set(const std::string& key, const std::string& value);
@@ -25,7 +25,7 @@ public:
     const std::vector<entry>& entries() const { return m_entries; }
     std::size_t size() const { return m_entries.size(); }
 
-private:
+  private:
     std::vector<entry> m_entries;
 };
 

@@ -22,7 +22,7 @@ class context;
 }
 
 class app_layer {
-public:
+  public:
     // --- lifecycle and copying
     app_layer() = default;
     virtual ~app_layer();
@@ -99,7 +99,7 @@ public:
     int offset_x = 0;
     int offset_y = 0;
 
-protected:
+  protected:
     Global* global = nullptr;
     std::weak_ptr<project> m_project;
     string name = "Screen1";

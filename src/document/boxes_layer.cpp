@@ -69,8 +69,12 @@ int full_extent(float lines, std::int32_t step) {
 }
 } // namespace
 
-int boxes_layer::get_full_width() const { return full_extent(get_full_columns(), Width); }
-int boxes_layer::get_full_height() const { return full_extent(get_full_rows(), Height); }
+int boxes_layer::get_full_width() const {
+    return full_extent(get_full_columns(), Width);
+}
+int boxes_layer::get_full_height() const {
+    return full_extent(get_full_rows(), Height);
+}
 
 std::vector<std::uint32_t> boxes_layer::hit_test(int left, int top, int right, int bottom) const {
     std::vector<std::uint32_t> ids;

@@ -86,10 +86,15 @@ struct BoxesLayerDescription {
 };
 
 // Corner bit index into CornersMode.
-enum Corner : int { corner_top_left = 0, corner_top_right = 1, corner_bottom_left = 2, corner_bottom_right = 3 };
+enum Corner : int {
+    corner_top_left = 0,
+    corner_top_right = 1,
+    corner_bottom_left = 2,
+    corner_bottom_right = 3
+};
 
 class boxes_layer : public app_layer, public BoxesLayerDescription {
-public:
+  public:
     // --- lifecycle and copying
     boxes_layer() = default;
     pointer<app_layer> clone() const override;
@@ -165,7 +170,8 @@ public:
     std::int32_t arrow_half_size = 3;
 };
 
-template <class Callback> bool boxes_layer::for_each_box(Callback&& callback, bool transposed) const {
+template <class Callback>
+bool boxes_layer::for_each_box(Callback&& callback, bool transposed) const {
     const float halfW = float(Width) * 0.5f;
     const float halfH = float(Height) * 0.5f;
     struct axis {
@@ -188,9 +194,9 @@ template <class Callback> bool boxes_layer::for_each_box(Callback&& callback, bo
         for (long long i = 0; i < inner.count; ++i) {
             const float i0 = inner.start(i);
             const float i1 = i0 + inner.size(i);
-            const bool stop =
-                transposed ? callback(o0, i0, o1, i1, (unsigned short)o, (unsigned short)i)
-                           : callback(i0, o0, i1, o1, (unsigned short)i, (unsigned short)o);
+            const bool stop = transposed
+                                  ? callback(o0, i0, o1, i1, (unsigned short)o, (unsigned short)i)
+                                  : callback(i0, o0, i1, o1, (unsigned short)i, (unsigned short)o);
             if (stop) return true;
         }
     }

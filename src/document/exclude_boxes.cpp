@@ -21,7 +21,8 @@ exclude_boxes_set& exclude_boxes_set::operator=(const exclude_boxes_set& other) 
     if (this == &other) return *this;
     clear();
     // Re-adding from the oldest keeps the newest-first order.
-    for (auto it = other.m_members.rbegin(); it != other.m_members.rend(); ++it) add(*it);
+    for (auto it = other.m_members.rbegin(); it != other.m_members.rend(); ++it)
+        add(*it);
     return *this;
 }
 

@@ -9,7 +9,7 @@
 namespace Vantora_TesserinePro {
 
 class exclude_boxes_set {
-public:
+  public:
     using list_type = std::list<std::uint32_t>;
 
     bool contains(std::uint32_t id) const { return m_index.count(id) != 0; }
@@ -29,7 +29,7 @@ public:
     exclude_boxes_set(const exclude_boxes_set& other) { *this = other; }
     exclude_boxes_set& operator=(const exclude_boxes_set& other);
 
-private:
+  private:
     list_type m_members; // newest first
     std::unordered_map<std::uint32_t, list_type::iterator> m_index;
 };

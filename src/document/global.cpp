@@ -21,7 +21,9 @@ Global::Global(workspace_host* host) : m_host(host ? host : &workspace_host::hea
 
 Global::~Global() = default;
 
-void Global::set_host(workspace_host* host) { m_host = host ? host : &workspace_host::headless(); }
+void Global::set_host(workspace_host* host) {
+    m_host = host ? host : &workspace_host::headless();
+}
 
 void Global::initialize_main() {
     if (logo_source) return;
@@ -45,7 +47,9 @@ pointer<app_layer> Global::get_layer(long long index) const {
     return m_project->layers[std::size_t(index)];
 }
 
-long long Global::get_layers_count() const { return m_project ? m_project->get_layers_count() : 0; }
+long long Global::get_layers_count() const {
+    return m_project ? m_project->get_layers_count() : 0;
+}
 
 pointer<boxes_layer> Global::current_boxes_layer() const {
     return std::dynamic_pointer_cast<boxes_layer>(current_layer());
@@ -78,8 +82,12 @@ void Global::set_is_retina(bool value) {
     set_changed();
 }
 
-file::path Global::getFolderToSaveData() const { return folder_to_save_data(); }
-string Global::getAppNameForStorage() const { return app_name_for_storage(); }
+file::path Global::getFolderToSaveData() const {
+    return folder_to_save_data();
+}
+string Global::getAppNameForStorage() const {
+    return app_name_for_storage();
+}
 
 // ---------------------------------------------------------------- layers
 
@@ -135,7 +143,8 @@ pointer<app_layer> Global::clone_current_layer() {
     pointer<app_layer> copy = current->clone();
     if (copy->get_layer_type() == e_layer_boxes && std::dynamic_pointer_cast<boxes_layer>(copy)) {
         string_array names;
-        for (const auto& layer : m_project->layers) names.push_back(layer->get_name());
+        for (const auto& layer : m_project->layers)
+            names.push_back(layer->get_name());
         copy->set_name(_001IncrementName(copy->get_name(), "Screen", names));
     }
     insert_layer_at(copy, 0);
@@ -183,7 +192,9 @@ void Global::reload_all() {
     set_changed();
 }
 
-void Global::show_error(const string& message) const { m_host->show_error(message); }
+void Global::show_error(const string& message) const {
+    m_host->show_error(message);
+}
 
 void Global::set_changed() {
     {
@@ -243,7 +254,8 @@ string Global::get_raster_label_info() const {
     text += "X:" + std::to_string(raster_label_x) + "\n";
     text += "Y:" + std::to_string(raster_label_y) + "\n";
     text += "FontSize:" + std::to_string(raster_label_font_size) + "\n";
-    for (const auto& line : raster_label_lines) text += "Label:" + line + "\n";
+    for (const auto& line : raster_label_lines)
+        text += "Label:" + line + "\n";
     return text;
 }
 

@@ -23,7 +23,7 @@ class context;
 }
 
 class Global {
-public:
+  public:
     // --- lifecycle
     // host may be null: the headless defaults then serve.
     explicit Global(workspace_host* host = nullptr);
@@ -167,12 +167,12 @@ public:
     ImageWrap logo_image_wrap;
     ImageWrap frame_image_wrap;
 
-private:
+  private:
     std::mutex m_object_lock;
     workspace_host* m_host;
     bool m_last_save_ok = true;
 
-protected:
+  protected:
     string m_last_write_error;
 };
 

@@ -22,9 +22,9 @@ pointer<image> decode_image(const QByteArray& bytes) {
     if (img.isNull()) {
         // TGA has no signature to sniff, and Qt's reader only takes files
         // with the version 2 footer: older files get one added.
-        static const char footer[26] = {0, 0, 0, 0, 0, 0, 0, 0, 'T', 'R', 'U', 'E', 'V',
-                                        'I', 'S', 'I', 'O', 'N', '-', 'X', 'F', 'I', 'L', 'E',
-                                        '.', 0};
+        static const char footer[26] = {0,   0,   0,   0,   0,   0,   0,   0,   'T',
+                                        'R', 'U', 'E', 'V', 'I', 'S', 'I', 'O', 'N',
+                                        '-', 'X', 'F', 'I', 'L', 'E', '.', 0};
         QByteArray with_footer = bytes;
         if (!bytes.endsWith(QByteArray(footer + 8, 18))) with_footer.append(footer, 26);
         QBuffer tga_buffer(&with_footer);
@@ -77,9 +77,8 @@ void image_layer::on_image_loaded() {
     if (picture) {
         real_width = picture->width();
         real_height = picture->height();
-        aspect_ratio = (real_width != 0 && real_height != 0)
-                           ? float(real_width) / float(real_height)
-                           : 1.0f;
+        aspect_ratio =
+            (real_width != 0 && real_height != 0) ? float(real_width) / float(real_height) : 1.0f;
     } else {
         real_width = 0;
         real_height = 0;

@@ -7,7 +7,7 @@
 namespace Vantora_TesserinePro {
 
 class image_layer : public app_layer {
-public:
+  public:
     // --- lifecycle and copying
     image_layer() = default;
     pointer<app_layer> clone() const override;

@@ -29,7 +29,8 @@ string _001IncrementName(const string& name, const string& fallback, const strin
     const std::u32string chars = QString::fromStdString(name).toStdU32String();
     if (chars.empty()) return _001GetNewName(fallback, 0, names);
     std::size_t k = chars.size();
-    while (k > 0 && QChar::isDigit(char32_t(chars[k - 1]))) --k;
+    while (k > 0 && QChar::isDigit(char32_t(chars[k - 1])))
+        --k;
     if (k == chars.size()) return _001GetNewName(name, 0, names);
     if (k > 1) {
         const std::u32string head = chars.substr(0, k);

@@ -11,7 +11,7 @@ namespace Vantora_TesserinePro {
 class app_layer;
 
 class project {
-public:
+  public:
     virtual ~project() = default;
 
     pointer_array<app_layer>& get_layers() { return layers; }

@@ -15,7 +15,7 @@ class Global;
 class app_layer;
 
 class workspace_host {
-public:
+  public:
     virtual ~workspace_host() = default;
 
     // MainScreen::setCurrentLayerTo: selects and refreshes. The default

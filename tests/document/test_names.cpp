@@ -12,7 +12,8 @@ TEST(Names, GetNewNameTakesFirstFreeNumberIgnoringCase) {
 
 TEST(Names, GetNewNameKeptEdges) {
     string_array all;
-    for (int i = 1; i <= 999; ++i) all.push_back("S" + std::to_string(i));
+    for (int i = 1; i <= 999; ++i)
+        all.push_back("S" + std::to_string(i));
     // Every number up to 999 taken: the last candidate tried, although taken.
     EXPECT_EQ(_001GetNewName("S", 0, all), "S999");
     EXPECT_EQ(_001GetNewName("S", 1000, {}), "");

@@ -16,10 +16,11 @@ namespace {
 std::vector<std::string> inputs_of(const std::string& target) {
     std::vector<std::string> files;
     for (const char* kind : {"corpus", "regressions"}) {
-        const QString dir = QString(TESSERINE_SOURCE_DIR) + "/fuzz/" + kind + "/" +
-                            QString::fromStdString(target);
+        const QString dir =
+            QString(TESSERINE_SOURCE_DIR) + "/fuzz/" + kind + "/" + QString::fromStdString(target);
         QDirIterator it(dir, QDir::Files);
-        while (it.hasNext()) files.push_back(it.next().toStdString());
+        while (it.hasNext())
+            files.push_back(it.next().toStdString());
     }
     std::sort(files.begin(), files.end());
     return files;

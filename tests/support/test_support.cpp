@@ -25,11 +25,15 @@ struct capture_diagnostics::impl {
     std::ostringstream stream;
 };
 
-capture_diagnostics::capture_diagnostics() : m(new impl) { set_diagnostics_out(&m->stream); }
+capture_diagnostics::capture_diagnostics() : m(new impl) {
+    set_diagnostics_out(&m->stream);
+}
 capture_diagnostics::~capture_diagnostics() {
     set_diagnostics_out(nullptr);
     delete m;
 }
-std::string capture_diagnostics::text() const { return m->stream.str(); }
+std::string capture_diagnostics::text() const {
+    return m->stream.str();
+}
 
 } // namespace Vantora_TesserinePro::testing

@@ -17,7 +17,7 @@ namespace Vantora_TesserinePro::testing {
 // A host that records what the workspace asks of the window and answers
 // file dialogs with a path chosen by the test.
 class recording_host : public workspace_host {
-public:
+  public:
     struct pick_request {
         std::vector<file::file_dialog_filter> filters;
         bool save = false;
@@ -74,12 +74,12 @@ std::string read_file(const std::string& path);
 
 // Captures what the code under test writes to the diagnostics stream.
 class capture_diagnostics {
-public:
+  public:
     capture_diagnostics();
     ~capture_diagnostics();
     std::string text() const;
 
-private:
+  private:
     struct impl;
     impl* m;
 };
