@@ -268,3 +268,39 @@ TEST_F(data_path, FailingRouteSwitchesThePathOffAndKeepsTheLabels) {
     EXPECT_TRUE(l->has_changed());
     EXPECT_NE(rec.text_call("Screen1"), nullptr); // labels still drawn
 }
+
+TEST_F(data_path, EveryCabinetItsOwnPortShowsOnlyEnds) {
+    // "Other Type" with a limit of nothing: every cabinet ends a port and
+    // none starts one, so there is no P label and the first shows nothing.
+    auto l = layer();
+    l->Columns = 4;
+    l->Rows = 1;
+    l->Width = l->Height = 10;
+    l->DataDiagramType = 1;
+    l->SnakeMode = 0;
+    l->SnakeLimit = 0;
+    l->resetProjectEndsCounter();
+    draw_data_path(*l, &rec, Snake::make_route(*l));
+    EXPECT_EQ(rec.texts(), (std::vector<std::string>{"R1", "R2", "R3"}));
+    EXPECT_EQ(marker_colours(), (std::vector<std::string>{red, red, red}));
+    // Each port's line is a single point: after the first box's own point
+    // the only line_to calls are the triangles' (two each).
+    EXPECT_EQ(rec.calls("line_to").size(), 1u + 3u * 2u);
+}
+
+TEST_F(data_path, CustomRunOfOneRepeatsItsPortNumber) {
+    auto l = layer();
+    l->Columns = 3;
+    l->Rows = 1;
+    l->Width = l->Height = 10;
+    l->CustomDataPath = 1;
+    l->CustomPath = {{box_id(0, 0)}, {box_id(1, 0), box_id(2, 0)}};
+    l->resetProjectEndsCounter();
+    draw_data_path(*l, &rec, Snake::make_route(*l));
+    // The run of one has no end: its P label does not advance the count, and
+    // the line goes on into the next run.
+    EXPECT_EQ(rec.texts(), (std::vector<std::string>{"P1", "P1", "R1"}));
+    EXPECT_EQ(lines_from(rec.index_of("move_to 5 5"), 5),
+              (std::vector<std::string>{"move_to 5 5", "line_to 5 5", "line_to 15 5",
+                                        "line_to 25 5", "stroke"}));
+}
