@@ -196,6 +196,17 @@ void Global::show_error(const string& message) const {
     m_host->show_error(message);
 }
 
+void Global::ask_for_path(const std::vector<file::file_dialog_filter>& filters, bool save,
+                          const std::function<void(const file::path&)>& on_chosen) {
+    m_host->pick_single_file(
+        filters,
+        // By value: a real dialog may answer after this call has returned.
+        [on_chosen](const file::path& chosen) {
+            if (!chosen.empty()) on_chosen(chosen);
+        },
+        save);
+}
+
 void Global::set_changed() {
     {
         std::lock_guard<std::mutex> lock(m_object_lock);
@@ -218,8 +229,8 @@ pointer<image_layer> Global::get_logo_layer() {
 }
 
 void Global::setLogoLayer() {
-    m_host->pick_single_file(
-        file_dialog_filters(), [this](const file::path& path) { set_logo_from_path(path); }, false);
+    ask_for_path(file_dialog_filters(), false,
+                 [this](const file::path& path) { set_logo_from_path(path); });
 }
 
 void Global::set_logo_from_path(const file::path& path) {

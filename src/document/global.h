@@ -168,6 +168,11 @@ class Global {
     ImageWrap frame_image_wrap;
 
   private:
+    // Opens the host's file dialog and runs on_chosen with the path, unless
+    // the dialog was cancelled (an empty path).
+    void ask_for_path(const std::vector<file::file_dialog_filter>& filters, bool save,
+                      const std::function<void(const file::path&)>& on_chosen);
+
     std::mutex m_object_lock;
     workspace_host* m_host;
     bool m_last_save_ok = true;

@@ -7,38 +7,27 @@
 namespace Vantora_TesserinePro {
 
 void Global::save_image_button() {
-    host().pick_single_file(
-        {{"png", "PNG Image"},
-         {"tga", "TGA Image"},
-         {"jpg", "JPG Image"},
-         {"bmp", "BMP Image"},
-         {"psd", "Photoshop Image"}},
-        [this](const file::path& chosen) {
-            // Whatever extension the user typed stands.
-            if (chosen.empty()) return;
-            request_save_to_file(chosen.with_extension_if_no_extension(".png"));
-        },
-        true);
+    const std::vector<file::file_dialog_filter> filters = {{"png", "PNG Image"},
+                                                           {"tga", "TGA Image"},
+                                                           {"jpg", "JPG Image"},
+                                                           {"bmp", "BMP Image"},
+                                                           {"psd", "Photoshop Image"}};
+    // Whatever extension the user typed stands.
+    ask_for_path(filters, true, [this](const file::path& chosen) {
+        request_save_to_file(chosen.with_extension_if_no_extension(".png"));
+    });
 }
 
 void Global::save_png_button() {
-    host().pick_single_file(
-        {{"png", "PNG Image"}},
-        [this](const file::path& chosen) {
-            if (chosen.empty()) return;
-            request_save_to_file(chosen.with_all_extensions(".png"));
-        },
-        true);
+    ask_for_path({{"png", "PNG Image"}}, true, [this](const file::path& chosen) {
+        request_save_to_file(chosen.with_all_extensions(".png"));
+    });
 }
 
 void Global::save_psd_button() {
-    host().pick_single_file(
-        {{"psd", "PSD Document"}},
-        [this](const file::path& chosen) {
-            if (chosen.empty()) return;
-            request_save_to_file(chosen.with_all_extensions(".psd"));
-        },
-        true);
+    ask_for_path({{"psd", "PSD Document"}}, true, [this](const file::path& chosen) {
+        request_save_to_file(chosen.with_all_extensions(".psd"));
+    });
 }
 
 } // namespace Vantora_TesserinePro

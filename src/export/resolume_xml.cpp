@@ -175,9 +175,8 @@ file::path Global::layers_to_xml_at(const file::path& chosen) {
 }
 
 void Global::layers_to_xml() {
-    host().pick_single_file(
-        {{"xml", "Resolute Arena XML Document"}},
-        [this](const file::path& chosen) { layers_to_xml_at(chosen); }, true);
+    ask_for_path({{"xml", "Resolute Arena XML Document"}}, true,
+                 [this](const file::path& chosen) { layers_to_xml_at(chosen); });
 }
 
 } // namespace Vantora_TesserinePro

@@ -232,47 +232,31 @@ void Global::load_presets_from_file(const file::path& path) {
 
 // ---------------------------------------------------------------- commands
 
-// A cancelled dialog answers an empty path; it must not turn into ".tsrx"
-// and replace the document with an empty one.
+// A cancelled dialog does nothing: it must not turn into ".tsrx" and
+// replace the document with an empty one.
 
 void Global::open_project_button() {
-    host().pick_single_file(
-        {{"tsrx Project File", "*.tsrx"}},
-        [this](const file::path& path) {
-            if (path.empty()) return;
-            load_project_from_file(path.with_extension_if_no_extension(".tsrx"));
-        },
-        false);
+    ask_for_path({{"tsrx Project File", "*.tsrx"}}, false, [this](const file::path& path) {
+        load_project_from_file(path.with_extension_if_no_extension(".tsrx"));
+    });
 }
 
 void Global::save_project_button() {
-    host().pick_single_file(
-        {{"tsrx", "tsrx file"}},
-        [this](const file::path& path) {
-            if (path.empty()) return;
-            save_project_to_file(path.with_extension_if_no_extension(".tsrx"));
-        },
-        true);
+    ask_for_path({{"tsrx", "tsrx file"}}, true, [this](const file::path& path) {
+        save_project_to_file(path.with_extension_if_no_extension(".tsrx"));
+    });
 }
 
 void Global::open_presets_button() {
-    host().pick_single_file(
-        {{"Tsrx Presets File", "*.tsrx_presets"}},
-        [this](const file::path& path) {
-            if (path.empty()) return;
-            load_presets_from_file(path.with_extension_if_no_extension(".tsrx_presets"));
-        },
-        false);
+    ask_for_path({{"Tsrx Presets File", "*.tsrx_presets"}}, false, [this](const file::path& path) {
+        load_presets_from_file(path.with_extension_if_no_extension(".tsrx_presets"));
+    });
 }
 
 void Global::save_presets_button() {
-    host().pick_single_file(
-        {{"Tsrx Presets File", "*.tsrx_presets"}},
-        [this](const file::path& path) {
-            if (path.empty()) return;
-            save_presets_to_file(path.with_extension_if_no_extension(".tsrx_presets"));
-        },
-        true);
+    ask_for_path({{"Tsrx Presets File", "*.tsrx_presets"}}, true, [this](const file::path& path) {
+        save_presets_to_file(path.with_extension_if_no_extension(".tsrx_presets"));
+    });
 }
 
 } // namespace Vantora_TesserinePro
