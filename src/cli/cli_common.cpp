@@ -58,7 +58,7 @@ parsed_args parse_args(const args& a, const std::vector<std::string>& known_flag
     for (std::size_t i = 0; i < a.size(); ++i) {
         const std::string& w = a[i];
         if (takes_output && (w == "-o" || w == "--output")) {
-            if (i + 1 >= a.size() || p.has_output) {
+            if (i + 1 >= a.size() || p.has_output || a[i + 1].empty()) {
                 p.error = p.has_output ? "-o given twice" : "-o needs a file name";
                 return p;
             }

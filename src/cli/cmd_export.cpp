@@ -13,7 +13,6 @@ int cmd_export_resolume(const args& a) {
     if (!p.error.empty()) return usage_error(p.error);
     if (p.positional.size() != 1 || !p.has_output)
         return usage_error("export-resolume takes FILE -o OUT");
-    if (p.output.empty()) return usage_error("-o needs a file name");
     Global global;
     if (int status = load_for_request(global, p.positional[0])) return status;
     const file::path target = file::path(p.output).with_all_extensions(".xml");

@@ -11,7 +11,6 @@ int cmd_new(const args& a) {
     if (!p.error.empty()) return usage_error(p.error);
     if (!p.has_output || !p.positional.empty())
         return usage_error("new takes -o FILE and nothing else");
-    if (p.output.empty()) return usage_error("-o needs a file name");
     Global global;
     global.load_default_layers();
     if (!global.save_project_to_file(p.output))

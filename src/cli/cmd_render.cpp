@@ -34,7 +34,6 @@ int cmd_render(const args& a) {
     if (!p.error.empty()) return usage_error(p.error);
     if (p.positional.size() != 1 || !p.has_output)
         return usage_error("render takes FILE -o OUT [--transparent] [--only-current]");
-    if (p.output.empty()) return usage_error("-o needs a file name");
     const auto has_flag = [&](const char* flag) {
         return std::find(p.flags.begin(), p.flags.end(), flag) != p.flags.end();
     };

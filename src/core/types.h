@@ -24,6 +24,12 @@ constexpr QImage::Format image_format = QImage::Format_ARGB32_Premultiplied;
 constexpr int max_image_side = 32767;
 constexpr unsigned long long max_image_pixels = 1ull << 28;
 
+// Whether a drawing target of this size may be allocated at all.
+constexpr bool image_size_allowed(unsigned long long width, unsigned long long height) {
+    return width > 0 && height > 0 && width <= (unsigned long long)max_image_side &&
+           height <= (unsigned long long)max_image_side && width * height <= max_image_pixels;
+}
+
 // Layer type as stored in files.
 enum enum_layer : int {
     e_layer_boxes = 1,

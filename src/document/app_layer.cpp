@@ -91,9 +91,7 @@ pointer<image> app_layer::request_offscreen(unsigned long width, unsigned long h
     if (!offscreen || (unsigned long)offscreen->width() != width ||
         (unsigned long)offscreen->height() != height) {
         offscreen.reset();
-        if (width > (unsigned long)max_image_side || height > (unsigned long)max_image_side ||
-            (unsigned long long)width * height > max_image_pixels)
-            return nullptr;
+        if (!image_size_allowed(width, height)) return nullptr;
         auto img = std::make_shared<image>(int(width), int(height), image_format);
         if (img->isNull()) return nullptr;
         offscreen = img;

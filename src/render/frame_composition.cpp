@@ -38,11 +38,6 @@ class draw_boxes_switch {
     bool m_was_on = false;
 };
 
-bool image_size_allowed(int width, int height) {
-    return width > 0 && height > 0 && width <= max_image_side && height <= max_image_side &&
-           (unsigned long long)width * (unsigned long long)height <= max_image_pixels;
-}
-
 } // namespace
 
 void Global::request_save_to_file(const file::path& path) {
