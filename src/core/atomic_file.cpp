@@ -1,40 +1,18 @@
 #include "core/atomic_file.h"
 
+#include "core/save_stream.h"
+
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 
 namespace Vantora_TesserinePro {
 
 bool write_file_atomically(const std::string& path, std::string_view data, std::string* error) {
-    const QString name = QString::fromStdString(path);
-    if (QFileInfo(name).isDir()) {
-        if (error) *error = "is a folder";
-        return false;
-    }
-    QSaveFile file(name);
-    // Unbuffered, so a short write (disk full, a size limit) shows here and
-    // not as a silently cut file after the commit.
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered)) {
-        if (error) *error = file.errorString().toStdString();
-        return false;
-    }
-    qint64 done = 0;
-    while (done < qint64(data.size())) {
-        const qint64 n = file.write(data.data() + done, qint64(data.size()) - done);
-        if (n <= 0) break;
-        done += n;
-    }
-    if (done != qint64(data.size())) {
-        if (error) *error = file.errorString().toStdString();
-        file.cancelWriting();
-        return false;
-    }
-    if (!file.commit()) {
-        if (error) *error = file.errorString().toStdString();
-        return false;
-    }
-    return true;
+    save_stream out(path);
+    out.write(data.data(), data.size());
+    if (out.commit()) return true;
+    if (error) *error = out.error();
+    return false;
 }
 
 bool read_whole_file(const std::string& path, std::string& data, std::string* error) {

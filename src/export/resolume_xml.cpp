@@ -4,7 +4,7 @@
 
 #include "document/boxes_layer.h"
 #include "document/global.h"
-#include "export/save_stream.h"
+#include "core/save_stream.h"
 
 #include <pugixml.hpp>
 

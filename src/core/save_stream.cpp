@@ -1,4 +1,4 @@
-#include "export/save_stream.h"
+#include "core/save_stream.h"
 
 #include <QFileInfo>
 

@@ -1,5 +1,5 @@
 #pragma once
-// Streams an export into a file that appears whole or not at all: the bytes
+// Streams a file that appears whole or not at all: the bytes
 // go to a temporary file beside the target, which replaces the target only
 // when everything was written.
 
