@@ -1,6 +1,7 @@
 #include "document/image_layer.h"
 
 #include "document/global.h"
+#include "render/image_writers.h"
 
 #include <QBuffer>
 #include <QFile>
@@ -22,11 +23,9 @@ pointer<image> decode_image(const QByteArray& bytes) {
     if (img.isNull()) {
         // TGA has no signature to sniff, and Qt's reader only takes files
         // with the version 2 footer: older files get one added.
-        static const char footer[26] = {0,   0,   0,   0,   0,   0,   0,   0,   'T',
-                                        'R', 'U', 'E', 'V', 'I', 'S', 'I', 'O', 'N',
-                                        '-', 'X', 'F', 'I', 'L', 'E', '.', 0};
         QByteArray with_footer = bytes;
-        if (!bytes.endsWith(QByteArray(footer + 8, 18))) with_footer.append(footer, 26);
+        if (!bytes.endsWith(QByteArray(tga_footer + 8, 18)))
+            with_footer.append(tga_footer, sizeof tga_footer);
         QBuffer tga_buffer(&with_footer);
         tga_buffer.open(QIODevice::ReadOnly);
         QImageReader tga(&tga_buffer, "tga");

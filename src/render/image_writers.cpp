@@ -43,9 +43,7 @@ std::string encode_tga(const image& img) {
     const QImage straight = img.convertToFormat(QImage::Format_ARGB32);
     const int w = straight.width(), h = straight.height();
     const std::size_t row = std::size_t(w) * 4;
-    static const char footer[26] = {0,   0,   0,   0,   0,   0,   0,   0,   'T', 'R', 'U', 'E', 'V',
-                                    'I', 'S', 'I', 'O', 'N', '-', 'X', 'F', 'I', 'L', 'E', '.', 0};
-    std::string out(18 + row * std::size_t(h) + sizeof footer, '\0');
+    std::string out(18 + row * std::size_t(h) + sizeof tga_footer, '\0');
     out[2] = 2; // uncompressed true colour
     put16(out, 12, unsigned(w));
     put16(out, 14, unsigned(h));
@@ -67,7 +65,7 @@ std::string encode_tga(const image& img) {
             }
         }
     }
-    std::memcpy(out.data() + 18 + row * std::size_t(h), footer, sizeof footer);
+    std::memcpy(out.data() + 18 + row * std::size_t(h), tga_footer, sizeof tga_footer);
     return out;
 }
 

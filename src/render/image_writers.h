@@ -14,6 +14,11 @@ enum class frame_file_kind { none, png, tga, bmp, jpg, psd };
 // else (jpeg, tif, none at all) writes nothing.
 frame_file_kind frame_file_kind_for(const std::string& extension);
 
+// The TGA 2.0 footer: no extension or developer area, then the signature.
+// Qt's reader takes only files that end in it.
+constexpr char tga_footer[26] = {0,   0,   0,   0,   0,   0,   0,   0,   'T', 'R', 'U', 'E', 'V',
+                                 'I', 'S', 'I', 'O', 'N', '-', 'X', 'F', 'I', 'L', 'E', '.', 0};
+
 // Uncompressed 32-bit TGA with straight alpha: rows bottom first (the
 // origin every reader knows) and the TGA 2.0 footer.
 std::string encode_tga(const image& img);
