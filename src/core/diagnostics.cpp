@@ -1,7 +1,8 @@
 #include "core/diagnostics.h"
 
+#include "core/string_format.h"
+
 #include <cstdarg>
-#include <cstdio>
 #include <iostream>
 
 namespace Vantora_TesserinePro {
@@ -22,12 +23,7 @@ void diagnostics_line(const std::string& text) {
 void diagnostics_printf(const char* format, ...) {
     va_list args;
     va_start(args, format);
-    va_list copy;
-    va_copy(copy, args);
-    const int n = std::vsnprintf(nullptr, 0, format, copy);
-    va_end(copy);
-    std::string text(n > 0 ? std::size_t(n) : 0, '\0');
-    if (n > 0) std::vsnprintf(text.data(), text.size() + 1, format, args);
+    const std::string text = string_vformat(format, args);
     va_end(args);
     *g_diagnostics << text << std::flush;
 }

@@ -2,6 +2,7 @@
 // labels, painted into the layer's own offscreen image.
 
 #include "core/diagnostics.h"
+#include "core/string_format.h"
 #include "document/boxes_layer.h"
 #include "render/image_wrap.h"
 #include "render/nano2d.h"
@@ -20,21 +21,12 @@ constexpr std::uint32_t name_text = 0xFF000000;
 constexpr std::uint32_t name_background = 0xCCFFFFFF;
 constexpr int centred = nano2d::align_center | nano2d::align_middle; // 18
 
-template <class... Args> string format(const char* pattern, Args... args) {
-    const int n = std::snprintf(nullptr, 0, pattern, args...);
-    if (n <= 0) return {};
-    string out(std::size_t(n) + 1, '\0');
-    std::snprintf(out.data(), out.size(), pattern, args...);
-    out.resize(std::size_t(n));
-    return out;
-}
-
 // "%d' %.2f''" of a length in millimetres.
 string feet_and_inches(float millimetres) {
     const float feet = millimetres * 0.0032808399f;
     float whole = 0.0f;
     const float fraction = std::modf(feet, &whole);
-    return format("%d' %.2f''", int(whole), double(fraction * 12.0f));
+    return string_format("%d' %.2f''", int(whole), double(fraction * 12.0f));
 }
 
 } // namespace
@@ -73,22 +65,23 @@ void boxes_layer::build_frame(nano2d::context* context, error_callback on_error)
     }
 
     const char* phases_word = PowerPhases == 1 ? "Phase" : "Phases";
-    const string power = format("%.2fA | %dV | %d %s", double(calculate_power()), PowerVolts,
-                                PowerPhases, phases_word);
+    const string power = string_format("%.2fA | %dV | %d %s", double(calculate_power()), PowerVolts,
+                                       PowerPhases, phases_word);
 
     const int label_size = LabelFontSize.get();
     const int name_size = LayerNameFontSize.get() != 0 ? LayerNameFontSize.get() : label_size;
 
     string_array size_lines;
-    if (DrawScreenSize) size_lines.push_back(format("W %d X H %d", w, h));
+    if (DrawScreenSize) size_lines.push_back(string_format("W %d X H %d", w, h));
     const float physical_width = get_full_columns() * PhysW;
     const float physical_height = get_full_rows() * PhysH;
     if (ShowMM)
-        size_lines.push_back(format("W %.2f(m) X H %.2f(m)", double(physical_width / 1000.0f),
-                                    double(physical_height / 1000.0f)));
+        size_lines.push_back(string_format("W %.2f(m) X H %.2f(m)",
+                                           double(physical_width / 1000.0f),
+                                           double(physical_height / 1000.0f)));
     if (ShowFT)
-        size_lines.push_back(format("W %s X H %s", feet_and_inches(physical_width).c_str(),
-                                    feet_and_inches(physical_height).c_str()));
+        size_lines.push_back(string_format("W %s X H %s", feet_and_inches(physical_width).c_str(),
+                                           feet_and_inches(physical_height).c_str()));
 
     const color::color dark = color::color::from_word(label_background);
     const float y0 = float(label_size + name_size) * 0.5f;
@@ -104,11 +97,11 @@ void boxes_layer::build_frame(nano2d::context* context, error_callback on_error)
     if (DrawPower)
         draw_label(context, 0, int(-y0), power, LabelFontColor, dark, "sans", label_size, centred);
     if (DrawInfoLine) {
-        const string info =
-            format("%.1f Columns X %.1f Rows - %u Cabinets Total / Resolution: "
-                   "%d x %d ( %d ) / Aspect Ratio: %.2f",
-                   double(get_full_columns()), double(get_full_rows()), unsigned(cabinet_count()),
-                   w, h, int(unsigned(w) * unsigned(h)), double(float(w) / float(h)));
+        const string info = string_format(
+            "%.1f Columns X %.1f Rows - %u Cabinets Total / Resolution: "
+            "%d x %d ( %d ) / Aspect Ratio: %.2f",
+            double(get_full_columns()), double(get_full_rows()), unsigned(cabinet_count()), w, h,
+            int(unsigned(w) * unsigned(h)), double(float(w) / float(h)));
         draw_label(context, 0, 5, info, color::color::from_word(name_text),
                    color::color::from_word(name_background), "sans", 14,
                    nano2d::align_center | nano2d::align_bottom);
@@ -126,8 +119,8 @@ void boxes_layer::build_frame(nano2d::context* context, error_callback on_error)
     };
     for (const corner& c : corners)
         if (CornersMode & (1 << c.bit))
-            draw_label(context, 0, 0, format("X %d,Y %d", c.x, c.y), LabelFontColor, dark, "sans",
-                       label_size, c.align);
+            draw_label(context, 0, 0, string_format("X %d,Y %d", c.x, c.y), LabelFontColor, dark,
+                       "sans", label_size, c.align);
 }
 
 void boxes_layer::draw_label(nano2d::context* context, int x, int y, const string& text,
