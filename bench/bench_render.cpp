@@ -47,6 +47,32 @@ void frame_8k_unchanged(benchmark::State& state) {
 }
 BENCHMARK(frame_8k_unchanged)->Unit(benchmark::kMicrosecond);
 
+// A wide wall of tiny cabinets (8000 columns, 8 rows of 1 x 1) with its
+// data path on: the arrows and the line at an ordinary width, and at a width
+// of 65535, which is bounded to what can still change a pixel. The two
+// should cost about the same.
+void make_wide_wall(Global& global, int snake_width) {
+    global.m_project = std::make_shared<project>();
+    global.set_paper_width(8000);
+    global.set_paper_height(1080);
+    auto layer = global.new_boxes_layer();
+    layer->Columns = 8000;
+    layer->Rows = 8;
+    layer->Width = layer->Height = 1;
+    layer->DrawSnake = 1;
+    layer->SnakeWidth = snake_width;
+}
+
+void wide_wall_snake_8(benchmark::State& state) {
+    rebuild(state, [](Global& g) { make_wide_wall(g, 8); });
+}
+BENCHMARK(wide_wall_snake_8)->Unit(benchmark::kMillisecond);
+
+void wide_wall_snake_65535(benchmark::State& state) {
+    rebuild(state, [](Global& g) { make_wide_wall(g, 65535); });
+}
+BENCHMARK(wide_wall_snake_65535)->Unit(benchmark::kMillisecond);
+
 // Clearing 16 layer images and the raster, then copying each layer into the
 // raster once, with plain memory operations: no frame can cost less.
 void floor_8k_16layers(benchmark::State& state) {

@@ -14,7 +14,9 @@ namespace Vantora_TesserinePro::cli {
 namespace {
 
 std::string json_number(float value) {
-    if (!std::isfinite(value)) return "null"; // JSON has no infinity
+    // JSON has no infinity: a string that a script can tell apart.
+    if (std::isnan(value)) return "\"nan\"";
+    if (std::isinf(value)) return value > 0 ? "\"inf\"" : "\"-inf\"";
     char buf[64];
     auto result = std::to_chars(buf, buf + sizeof buf, value);
     return std::string(buf, result.ptr);

@@ -3,6 +3,7 @@
 
 #include "cli/cli.h"
 
+#include "core/string_format.h"
 #include "datapath/snake.h"
 #include "document/global.h"
 #include "document/workspace_host.h"
@@ -54,6 +55,14 @@ int cmd_render(const args& a) {
     host.only_current = has_flag("--only-current");
     Global global(&host);
     if (int status = load_for_request(global, p.positional[0]); status != exit_ok) return status;
+    const int W = global.get_paper_width(), H = global.get_paper_height();
+    if (!image_size_allowed((unsigned long long)W, (unsigned long long)H))
+        return file_error(p.positional[0],
+                          string_format("the raster of %d by %d pixels is larger than the "
+                                        "drawable limit (at most %d pixels a side and %llu "
+                                        "pixels in all)",
+                                        W, H, max_image_side, max_image_pixels),
+                          exit_failure);
     global.black_background = !has_flag("--transparent");
     global.request_save_to_file(out);
 

@@ -37,8 +37,9 @@ int main(int argc, char** argv) {
     auto it = commands.find(word);
     if (it == commands.end()) return cli::usage_error("unknown command \"" + word + "\"");
 
-    // Headless: fonts and image codecs without a display.
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+    // Headless whatever the environment says: a display platform that is
+    // set but cannot be reached (over SSH, in CI) would abort the command.
+    qputenv("QT_QPA_PLATFORM", "offscreen");
     qInstallMessageHandler(quiet_qt_messages);
     int qt_argc = 1; // keep Qt away from our own arguments
     QGuiApplication app(qt_argc, argv);

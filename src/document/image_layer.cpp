@@ -12,8 +12,23 @@
 
 namespace Vantora_TesserinePro {
 
+void allow_large_pictures() {
+    // Qt refuses to decode a picture of more than 128 MiB, which a project
+    // record holds easily (an 8000 by 6000 photograph): the picture would
+    // be lost without a word. Allow every picture whose pixels fit the
+    // drawable limit, at up to 8 bytes a pixel (16-bit channels). A 32-bit
+    // build keeps Qt's cap: it could not hold more.
+    static const bool once = [] {
+        if constexpr (sizeof(void*) >= 8)
+            QImageReader::setAllocationLimit(int((max_image_pixels * 8) >> 20));
+        return true;
+    }();
+    (void)once;
+}
+
 pointer<image> decode_image(const QByteArray& bytes) {
     if (bytes.isEmpty()) return nullptr;
+    allow_large_pictures();
     QBuffer buffer;
     buffer.setData(bytes);
     buffer.open(QIODevice::ReadOnly);

@@ -52,6 +52,9 @@ class image_layer : public app_layer {
     bool maintain_aspect_ratio = true;
 };
 
+// Lets Qt's image reader decode pictures as large as the program can draw;
+// every decoding path calls it before reading.
+void allow_large_pictures();
 // Decodes a picture file's bytes (PNG, JPG, BMP, TGA); null when they are none.
 pointer<image> decode_image(const QByteArray& bytes);
 // Loads a picture file; null when it cannot be read or decoded.

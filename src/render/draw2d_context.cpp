@@ -21,7 +21,83 @@ int bytes_per_line(int width, QImage::Format format) {
     return int(((long long)width * depth + 31) / 32 * 4);
 }
 
+// Strokes at least this wide have their outline clipped to the target.
+constexpr float clip_wide_strokes_from = 256.0f;
+
+bool lines_only(const QPainterPath& path) {
+    for (int i = 0; i < path.elementCount(); ++i)
+        if (path.elementAt(i).type == QPainterPath::CurveToElement) return false;
+    return true;
+}
+
+// Sutherland-Hodgman against one side of a rectangle; inside(p) tells the
+// kept side, cut(a, b) where an edge crosses it. Points inside the kept
+// side keep their winding, so a winding fill is unchanged there.
+template <class Inside, class Cut>
+QPolygonF clip_side(const QPolygonF& in, Inside inside, Cut cut) {
+    QPolygonF out;
+    const qsizetype n = in.size();
+    for (qsizetype i = 0; i < n; ++i) {
+        const QPointF& a = in[(i + n - 1) % n];
+        const QPointF& b = in[i];
+        if (inside(b)) {
+            if (!inside(a)) out << cut(a, b);
+            out << b;
+        } else if (inside(a)) {
+            out << cut(a, b);
+        }
+    }
+    return out;
+}
+
+QPolygonF clip_polygon(QPolygonF poly, const QRectF& r) {
+    const auto at_x = [](const QPointF& a, const QPointF& b, qreal x) {
+        return QPointF(x, a.y() + (b.y() - a.y()) * (x - a.x()) / (b.x() - a.x()));
+    };
+    const auto at_y = [](const QPointF& a, const QPointF& b, qreal y) {
+        return QPointF(a.x() + (b.x() - a.x()) * (y - a.y()) / (b.y() - a.y()), y);
+    };
+    const qreal l = r.left(), t = r.top(), rt = r.right(), b = r.bottom();
+    poly = clip_side(
+        poly, [&](const QPointF& p) { return p.x() >= l; },
+        [&](const QPointF& p, const QPointF& q) { return at_x(p, q, l); });
+    poly = clip_side(
+        poly, [&](const QPointF& p) { return p.x() <= rt; },
+        [&](const QPointF& p, const QPointF& q) { return at_x(p, q, rt); });
+    poly = clip_side(
+        poly, [&](const QPointF& p) { return p.y() >= t; },
+        [&](const QPointF& p, const QPointF& q) { return at_y(p, q, t); });
+    poly = clip_side(
+        poly, [&](const QPointF& p) { return p.y() <= b; },
+        [&](const QPointF& p, const QPointF& q) { return at_y(p, q, b); });
+    return poly;
+}
+
+// The outline cut to the target with a margin, so that the new edges lie
+// off the target and its pixels come out as without the cut.
+QPainterPath clip_outline(const QPainterPath& outline, const QRectF& area) {
+    const QRectF keep = area.adjusted(-4, -4, 4, 4);
+    QPainterPath clipped;
+    clipped.setFillRule(Qt::WindingFill);
+    for (const QPolygonF& poly : outline.toSubpathPolygons()) {
+        const QPolygonF cut = clip_polygon(poly, keep);
+        if (cut.size() < 3) continue;
+        clipped.addPolygon(cut);
+        clipped.closeSubpath();
+    }
+    return clipped;
+}
+
 } // namespace
+
+float bounded_stroke_width(const QPainterPath& path, const QRectF& area, float width) {
+    // Twice the greatest distance between a point of the path and a point
+    // of the target: a stroke that wide already reaches every pixel that a
+    // wider one would, caps and joins included.
+    const QRectF all = area.isEmpty() ? path.boundingRect() : (path.boundingRect() | area);
+    const double bound = 2.0 * std::hypot(all.width(), all.height()) + 2.0;
+    return width > bound ? float(bound) : width;
+}
 
 // One paint device with its painter, drawing state and current path. All
 // contexts drawing on the same device share it, as they would share the
@@ -308,7 +384,22 @@ void draw2d_context::fill() {
 void draw2d_context::stroke() {
     auto& s = *m_surface;
     if (!s.painter || s.commands == 0 || !(s.st.stroke_width > 0)) return;
-    QPen pen(QBrush(s.st.stroke), s.st.stroke_width, Qt::SolidLine, Qt::FlatCap, Qt::MiterJoin);
+    // The target's pixels in path coordinates.
+    QRectF area;
+    if (s.device && s.painter->transform().isInvertible())
+        area = s.painter->transform().inverted().mapRect(
+            QRectF(0, 0, s.device->width(), s.device->height()));
+    const float width = bounded_stroke_width(s.path, area, s.st.stroke_width);
+    QPen pen(QBrush(s.st.stroke), width, Qt::SolidLine, Qt::FlatCap, Qt::MiterJoin);
+    // A line far wider than the target costs the rasterizer in proportion
+    // to its outline's length, almost all of it off the target: clip the
+    // outline to the target first.
+    if (width > clip_wide_strokes_from && !area.isEmpty() && lines_only(s.path) &&
+        s.painter->transform().isIdentity()) {
+        QPainterPathStroker stroker(pen);
+        s.painter->fillPath(clip_outline(stroker.createStroke(s.path), area), pen.brush());
+        return;
+    }
     s.painter->strokePath(s.path, pen);
 }
 

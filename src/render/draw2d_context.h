@@ -19,6 +19,10 @@ namespace nano2d {
 
 class draw2d_context;
 
+// The width at which a stroke of path is drawn on a target covering area:
+// width itself, or less where a wider line could change no pixel of area.
+float bounded_stroke_width(const QPainterPath& path, const QRectF& area, float width);
+
 // Fonts and image handles, shared by a context and every offscreen context
 // made from it. It also knows which paint devices have a painter open, so
 // that nested offscreen scopes on one image share it (a device takes only

@@ -99,6 +99,25 @@ expect 2 "$BIN" export-resolume wall.tsrx -o ""
 expect 2 "$BIN" export-resolume missing.tsrx -o x.xml
 absent x.xml
 
+# Only the last component's extensions give way, also when the name is
+# nothing but an extension.
+expect 0 "$BIN" export-resolume wall.tsrx -o .setup
+same "$(cat out.txt)" ".setup.xml"
+[ -s .setup.xml ] && ok || fail ".setup.xml was not written"
+
+# --- the display platform of the environment is not used ------------------
+for platform in xcb wayland bogus; do
+  expect 0 env QT_QPA_PLATFORM="$platform" DISPLAY= WAYLAND_DISPLAY= "$BIN" info wall.tsrx
+  contains out.txt '"name": "Screen1"'
+done
+
+# Amperes that are not finite are told as strings.
+project nopower.tsrx 1920 1080 "$(wall Zero PowerVolts:0)" "$(wall Neg PowerVolts:0 PowerWatts:-5)" \
+  "$(wall Nan PowerVolts:0 PowerWatts:0)"
+expect 0 "$BIN" info nopower.tsrx
+python3 -c 'import json,sys; d=json.load(open("out.txt")); sys.exit(0 if [l["amperes"] for l in d["layers"]]==["inf","-inf","nan"] else 1)' \
+  && ok || fail "amperes of no volts: $(cat out.txt)"
+
 # --- bad input ----------------------------------------------------------
 mkdir folder.tsrx
 printf 'hello\n' >junk.tsrx

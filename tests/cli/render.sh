@@ -84,6 +84,21 @@ expect 1 "$BIN" render huge.tsrx -o huge.png
 contains err.txt "Offscreen allocated nullptr."
 absent huge.png
 
+# A raster too large to draw names the raster and the limit.
+project vast.tsrx 20000 20000 "$(screen Small 0 0 1 1 10)"
+expect 1 "$BIN" render vast.tsrx -o vast.png
+contains err.txt "the raster of 20000 by 20000 pixels is larger than the drawable limit"
+contains err.txt "32767"
+absent vast.png
+
+# The extension is the text after the last dot of the last path component.
+mkdir -p dotted.dir
+expect 0 "$BIN" render wall.tsrx -o dotted.dir/frame.v2.png
+[ "$(head -c 8 dotted.dir/frame.v2.png | od -An -tx1 | tr -d ' ')" = 89504e470d0a1a0a ] && ok ||
+  fail "frame.v2.png is not a PNG"
+expect 2 "$BIN" render wall.tsrx -o dotted.dir/frame
+absent dotted.dir/frame
+
 # A data path that does not fit its ports is switched off and said so; the
 # frame is still written.
 project path.tsrx 640 360 "$(screen Path 0 0 4 3 100 "$(printf 'DrawSnake:1\nSnakeLimit:300\nDataDiagramType:0\n')")"

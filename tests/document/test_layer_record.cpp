@@ -3,6 +3,8 @@
 #include "support/workspace_fixtures.h"
 
 #include <QBuffer>
+#include <QFile>
+#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
@@ -146,4 +148,37 @@ TEST_F(layers, TgaPicturesDecode) {
     ASSERT_NE(img, nullptr);
     EXPECT_EQ(img->width(), 2);
     EXPECT_EQ(img->pixel(0, 0), qRgba(30, 20, 10, 255));
+}
+
+TEST_F(layers, PhotographsOverQtsDefaultDecodingCapReadBack) {
+    // 8000 x 6000 decodes to 183 MiB, above the 128 MiB that Qt allows by
+    // default, yet its file is far below the record limit.
+    QImage photo(8000, 6000, QImage::Format_RGB32);
+    for (int y = 0; y < photo.height(); ++y) {
+        auto* row = reinterpret_cast<QRgb*>(photo.scanLine(y));
+        for (int x = 0; x < photo.width(); ++x)
+            row[x] = qRgb(x % 256, y % 256, 90);
+    }
+    QByteArray jpg;
+    QBuffer buffer(&jpg);
+    buffer.open(QIODevice::WriteOnly);
+    ASSERT_TRUE(photo.save(&buffer, "JPG", 90));
+    ASSERT_LT(jpg.size(), 8 << 20);
+
+    auto layer = image();
+    layer->apply_layer_info("Width:800\nHeight:600\nData:" + jpg.toHex().toStdString() + "\n");
+    ASSERT_NE(layer->get_image(), nullptr);
+    EXPECT_EQ(layer->get_real_width(), 8000);
+    EXPECT_EQ(layer->get_real_height(), 6000);
+    EXPECT_EQ(layer->get_width(), 800);
+
+    // The picture file of "Add Image Layer" and of the logo: the same.
+    QTemporaryDir dir;
+    const QString file = dir.filePath("photo.jpg");
+    QFile out(file);
+    ASSERT_TRUE(out.open(QIODevice::WriteOnly) && out.write(jpg) == jpg.size());
+    out.close();
+    auto loaded = load_image_file(file.toStdString());
+    ASSERT_NE(loaded, nullptr);
+    EXPECT_EQ(loaded->size(), QSize(8000, 6000));
 }

@@ -206,6 +206,9 @@ TEST_F(parameter_text, ColourListsAppend) {
 TEST_F(parameter_text, SingleColoursReplaceOnlyOnSuccess) {
     layer->apply_parameter_by_name("CircleColor", "0.000000 1.000000 0.000000 0.500000");
     EXPECT_EQ(layer->CircleColor, color::color(0, 255, 0, 128));
+    layer->apply_parameter_by_name("CircleColor", "0 1 0 1\t"); // a trailing tab is blank
+    EXPECT_EQ(layer->CircleColor, color::color(0, 255, 0, 255));
+    layer->apply_parameter_by_name("CircleColor", "0.000000 1.000000 0.000000 0.500000");
     layer->apply_parameter_by_name("SnakeColor", "EFDADE"); // catalogue form, true hex
     EXPECT_EQ(layer->SnakeColor, color::color(0xEF, 0xDA, 0xDE, 255));
     layer->apply_parameter_by_name("CircleColor", "green");

@@ -265,6 +265,67 @@ TEST(draw_context, NestedOffscreenScopesOnOneImageShareItsPainter) {
     EXPECT_EQ(px(target, 0, 0), opaque(0, 0, 255));
 }
 
+// Absurd line widths are bounded where a wider line changes no pixel:
+// every shape the layers stroke comes out exactly as Qt draws it unbounded.
+TEST(draw_context, WideStrokesDrawAsIfUnbounded) {
+    struct shape {
+        const char* name;
+        int w, h;
+        std::vector<std::vector<QPointF>> runs; // polylines; a repeated first point closes
+        bool circle;
+    };
+    const std::vector<shape> shapes = {
+        {"data path", 40, 24, {{{2, 2}, {38, 2}, {38, 6}, {2, 6}, {2, 10}, {38, 10}}}, false},
+        {"triangle", 40, 24, {{{10, 9}, {16, 12}, {10, 15}, {10, 9}}}, false},
+        {"half-pixel triangle", 33, 17, {{{7.5, 3.5}, {10.5, 9.5}, {4.5, 9.5}, {7.5, 3.5}}}, false},
+        {"diagonal", 37, 21, {{{0, 0}, {37, 21}}}, false},
+        {"dashes", 37, 21, {{{0, 10}, {5, 10}}, {{10, 10}, {15, 10}}, {{40, 10}, {45, 10}}}, false},
+        {"circle", 37, 21, {}, true},
+    };
+    for (const shape& sh : shapes) {
+        for (float width : {300.0f, 5000.0f, 65535.0f, 1e6f}) {
+            image bounded = blank(sh.w, sh.h), unbounded = blank(sh.w, sh.h);
+            QPainterPath path;
+            path.setFillRule(Qt::WindingFill);
+            {
+                nano2d::draw2d_context ctx(&bounded);
+                ctx.stroke_color(color::color(255, 0, 0, 255));
+                ctx.stroke_width(width);
+                ctx.begin_path();
+                for (const auto& run : sh.runs) {
+                    const bool closed = run.size() > 2 && run.front() == run.back();
+                    ctx.move_to(float(run[0].x()), float(run[0].y()));
+                    path.moveTo(run[0]);
+                    for (std::size_t i = 1; i < run.size() - (closed ? 1 : 0); ++i) {
+                        ctx.line_to(float(run[i].x()), float(run[i].y()));
+                        path.lineTo(run[i]);
+                    }
+                    if (closed) {
+                        ctx.close_path();
+                        path.closeSubpath();
+                    }
+                }
+                if (sh.circle) {
+                    ctx.circle(18.5f, 10.5f, 4.0f);
+                    path.addEllipse(QPointF(18.5, 10.5), 4.0, 4.0);
+                }
+                ctx.stroke();
+            }
+            QPainter painter(&unbounded);
+            painter.setRenderHint(QPainter::Antialiasing);
+            painter.strokePath(path, QPen(QBrush(QColor(255, 0, 0)), width, Qt::SolidLine,
+                                          Qt::FlatCap, Qt::MiterJoin));
+            painter.end();
+            EXPECT_TRUE(bounded == unbounded) << sh.name << " at width " << width;
+        }
+    }
+    QPainterPath line;
+    line.moveTo(0, 0);
+    line.lineTo(30, 40);
+    EXPECT_EQ(nano2d::bounded_stroke_width(line, QRectF(0, 0, 30, 40), 8.0f), 8.0f);
+    EXPECT_EQ(nano2d::bounded_stroke_width(line, QRectF(0, 0, 30, 40), 1e6f), 102.0f);
+}
+
 TEST(image_wrap, RefusingLibraryIsAskedTwiceThenGivenUp) {
     recording_context rec;
     rec.state().refuse_create = 2;
