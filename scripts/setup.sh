@@ -11,7 +11,7 @@ TESSERINE_PACKAGES=(
   libpugixml-dev
   libgtest-dev libbenchmark-dev
   fonts-dejavu-core fontconfig
-  imagemagick xvfb xauth
+  imagemagick xvfb xauth xdotool libx11-6 python3
 )
 
 tesserine_install_missing() {

@@ -1,9 +1,14 @@
-// tesserine: with a command word it works headless; otherwise it would open
-// the window.
+// tesserine: with a command word it works headless; otherwise it opens the
+// window, on the project named if there is one.
 
 #include "cli/cli.h"
 #include "core/diagnostics.h"
+#include "core/file_path.h"
+#ifdef TESSERINE_HAS_WINDOW
+#include "app/window_main.h"
+#endif
 
+#include <QFileInfo>
 #include <QGuiApplication>
 
 #include <cstdlib>
@@ -27,15 +32,23 @@ int main(int argc, char** argv) {
         {"presets", &cli::cmd_presets}, {"route", &cli::cmd_route},
         {"render", &cli::cmd_render},   {"export-resolume", &cli::cmd_export_resolume},
     };
-    if (argc < 2)
-        return cli::usage_error("no command given (the window is not part of this build)");
-    const std::string word = argv[1];
+    const std::string word = argc >= 2 ? argv[1] : "";
     if (word == "--help" || word == "-h" || word == "help") {
         std::cout << cli::usage_text();
         return cli::exit_ok;
     }
     auto it = commands.find(word);
-    if (it == commands.end()) return cli::usage_error("unknown command \"" + word + "\"");
+    if (it == commands.end()) {
+        // No command word: the window, with the project named if any.
+        const bool project = argc == 2 && (QFileInfo::exists(QString::fromLocal8Bit(argv[1])) ||
+                                           file::path(word).final_extension_lower() == "tsrx");
+        if (argc >= 2 && !project) return cli::usage_error("unknown command \"" + word + "\"");
+#ifdef TESSERINE_HAS_WINDOW
+        return run_window(argc, argv, project ? word : std::string());
+#else
+        return cli::usage_error("the window is not part of this build");
+#endif
+    }
 
     // Headless whatever the environment says: a display platform that is
     // set but cannot be reached (over SSH, in CI) would abort the command.

@@ -39,7 +39,7 @@ void set_parse_error_out(std::ostream* stream) {
 }
 
 void output_debug_string(const std::string& text) {
-    if (g_debug) *g_debug << text;
+    if (g_debug) *g_debug << text << '\n';
 }
 void set_debug_out(std::ostream* stream) {
     g_debug = stream;

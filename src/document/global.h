@@ -130,6 +130,31 @@ class Global {
     // writer failed (the build itself reports nothing).
     bool last_save_succeeded() const { return m_last_save_ok; }
 
+    // The composite under frame_mutex, for a window that shows it: no build
+    // can replace the pixels while the view lives.
+    class frame_view {
+      public:
+        explicit frame_view(const Global& global) : m_lock(global.frame_mutex), m_global(global) {}
+        // Null before the first frame was composed.
+        const image* composite() const {
+            const image* c = m_global.composite_image.get();
+            return (c && !c->isNull() && m_global.m_frame_generation > 0) ? c : nullptr;
+        }
+        // Rises by one with every composition: a window keeps what it made
+        // of the pixels until this changes.
+        std::uint64_t generation() const { return m_global.m_frame_generation; }
+
+      private:
+        std::unique_lock<std::recursive_mutex> m_lock;
+        const Global& m_global;
+    };
+    frame_view read_frame() const { return frame_view(*this); }
+
+    // --- keyboard
+    // The modifier keys held, as the window last saw them (keys::group_*).
+    std::uint64_t get_keyboard_modifiers() const { return keyboard_modifiers; }
+    void set_keyboard_modifiers(std::uint64_t value) { keyboard_modifiers = value; }
+
     // --- export
     void save_image_button();
     void save_png_button();
@@ -141,7 +166,7 @@ class Global {
     string layers_xml_text(long long unique_id) const;
 
     // --- fields
-    std::recursive_mutex frame_mutex;
+    mutable std::recursive_mutex frame_mutex;
     pointer<project> m_project;
     pointer_array<app_layer> presets;
     bool m_is_retina = false;
@@ -150,6 +175,7 @@ class Global {
     int paper_height = 1080;
     file::path save_request_path;
     std::atomic<std::uint8_t> changed{0};
+    std::uint64_t keyboard_modifiers = 0;
     bool black_background = true;
     bool auto_select = true;
     bool raster_label_enabled = false;
@@ -176,6 +202,7 @@ class Global {
     std::mutex m_object_lock;
     workspace_host* m_host;
     bool m_last_save_ok = true;
+    std::uint64_t m_frame_generation = 0;
 
   protected:
     string m_last_write_error;

@@ -42,6 +42,12 @@ class workspace_host {
     virtual void post_live_output_redraw() {}
     virtual void post_main_window_redraw() {}
     virtual void post_main_screen_layout() {}
+    // A window's paint builds the frame between these two calls. What the
+    // build asks of the window meanwhile (messages, refills, redraws) must
+    // not run inside the paint: a window defers it to after the paint and
+    // drops the redraw requests, so that a paint never starts another.
+    virtual void frame_build_begins() {}
+    virtual void frame_build_ends() {}
     // Global::show_error: a message for the user. Headless, it is printed
     // on standard error.
     virtual void show_error(const std::string& message);

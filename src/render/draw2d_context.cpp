@@ -144,16 +144,20 @@ struct font_sink::surface {
 };
 
 const font_sink::font_entry& font_sink::font(const std::string& face, int pixel_size) {
+    // Fonts are the same for every context of the program, and making one
+    // costs a font lookup: one cache serves them all (they are only used
+    // on the thread that paints).
+    static std::map<std::pair<std::string, int>, std::unique_ptr<font_entry>> fonts;
     pixel_size = std::max(pixel_size, 1);
     auto key = std::make_pair(face, pixel_size);
-    auto it = m_fonts.find(key);
-    if (it != m_fonts.end()) return *it->second;
+    auto it = fonts.find(key);
+    if (it != fonts.end()) return *it->second;
     QFont f(QString::fromStdString(face));
     f.setPixelSize(pixel_size);
     QFontMetricsF m(f);
     auto entry = std::make_unique<font_entry>(
         font_entry{f, m, float(m.ascent()), float(m.descent()), float(m.lineSpacing())});
-    return *m_fonts.emplace(key, std::move(entry)).first->second;
+    return *fonts.emplace(key, std::move(entry)).first->second;
 }
 
 font_sink::image_entry* font_sink::find_image(int handle) {
@@ -220,6 +224,10 @@ void draw2d_context::set_graphics(QPainter& painter) {
     painter.setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing |
                            QPainter::SmoothPixmapTransform);
     if (m_surface->device) m_sink->m_surfaces[m_surface->device] = m_surface;
+}
+
+QPainter* draw2d_context::painter() const {
+    return m_surface ? m_surface->painter : nullptr;
 }
 
 void draw2d_context::set_font_sink(std::shared_ptr<font_sink> sink) {

@@ -27,7 +27,7 @@ float bounded_stroke_width(const QPainterPath& path, const QRectF& area, float w
 // made from it. It also knows which paint devices have a painter open, so
 // that nested offscreen scopes on one image share it (a device takes only
 // one painter at a time).
-class font_sink {
+class font_sink : public handle_owner {
   public:
     struct font_entry {
         QFont font;
@@ -36,7 +36,7 @@ class font_sink {
     };
     // The face at a pixel size (at least 1). "sans" is DejaVu Sans through
     // fontconfig.
-    const font_entry& font(const std::string& face, int pixel_size);
+    static const font_entry& font(const std::string& face, int pixel_size);
 
     struct image_entry {
         QImage image; // wraps the caller's pixels, or owns a loaded file
@@ -46,6 +46,7 @@ class font_sink {
     image_entry* find_image(int handle);
     int add_image(image_entry entry);
     void remove_image(int handle) { m_images.erase(handle); }
+    void forget_image(int handle) override { remove_image(handle); }
     std::size_t image_count() const { return m_images.size(); }
 
   private:
@@ -53,7 +54,6 @@ class font_sink {
     struct surface;
     std::shared_ptr<surface> surface_for(QPaintDevice* device);
 
-    std::map<std::pair<std::string, int>, std::unique_ptr<font_entry>> m_fonts;
     std::unordered_map<int, image_entry> m_images;
     int m_next_handle = 1;
     std::map<QPaintDevice*, std::weak_ptr<surface>> m_surfaces;
@@ -79,6 +79,8 @@ class draw2d_context : public context {
     void set_graphics(QPaintDevice* device);
     void set_graphics(QPainter& painter);
     std::shared_ptr<font_sink> get_font_sink() const { return m_sink; }
+    // The painter this context draws through; null when it draws nothing.
+    QPainter* painter() const;
     void set_font_sink(std::shared_ptr<font_sink> sink);
 
     void save() override;
@@ -116,6 +118,7 @@ class draw2d_context : public context {
     bool read_image_size(int handle, int& width, int& height) override;
     void update_image(int handle, const void* pixels) override;
     void delete_image(int handle) override;
+    std::shared_ptr<handle_owner> image_owner() override { return m_sink; }
 
     std::unique_ptr<context> make_offscreen(image* target) override;
 

@@ -181,6 +181,7 @@ bool Global::defer_build_frame(bool main, nano2d::context* context) {
         }
     }
     frame_image_wrap.setData(context, composite_image.get());
+    ++m_frame_generation;
 
     if (saving) {
         const image& frame = *composite_image;

@@ -32,8 +32,8 @@ void image_layer::build_frame(nano2d::context* context, error_callback) {
             context->fill();
         }
     }
-    // The handle was made for this one frame; nobody draws it again.
-    if (context && source.handle >= 1) context->delete_image(source.handle);
+    // The handle was made for this one frame: the wrap gives it back as it
+    // goes.
 }
 
 } // namespace Vantora_TesserinePro

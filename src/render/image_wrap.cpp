@@ -6,18 +6,36 @@
 
 namespace Vantora_TesserinePro {
 
+void ImageWrap::adopt(nano2d::context* context, int new_handle) {
+    handle = new_handle;
+    m_owner = context->image_owner();
+}
+
+void ImageWrap::releaseImage() {
+    if (handle >= 1)
+        if (auto owner = m_owner.lock()) owner->forget_image(handle);
+    handle = -1;
+    file_name.clear();
+    m_owner.reset();
+}
+
 void ImageWrap::defer_load_image(nano2d::context* context) {
-    if (context && handle < 1 && !file_name.empty()) handle = context->load_image(file_name, 0);
+    if (context && handle < 1 && !file_name.empty())
+        adopt(context, context->load_image(file_name, 0));
 }
 
 void ImageWrap::setData(nano2d::context* context, int width, int height, const void* pixels,
                         int stride, int flags) {
     if (!context) return;
-    // A handle of another size cannot take the pixels: drop it and create
-    // one more; a library that refuses twice leaves the wrap without one.
+    // A handle made by another library means nothing to this one (two
+    // windows draw the same layers): make a new one here.
+    if (handle >= 1 && m_owner.lock() != context->image_owner()) releaseImage();
+    // A handle of another size cannot take the pixels: give it back and
+    // create one more; a library that refuses twice leaves the wrap without
+    // one.
     for (int attempt = 0; attempt < 2; ++attempt) {
         if (handle < 1) {
-            handle = context->create_image(width, height, flags, pixels, stride);
+            adopt(context, context->create_image(width, height, flags, pixels, stride));
             if (handle < 1) continue;
         }
         int w = 0, h = 0;

@@ -10,7 +10,8 @@
 namespace Vantora_TesserinePro {
 namespace nano2d {
 class context;
-}
+class handle_owner;
+} // namespace nano2d
 
 class ImageWrap {
   public:
@@ -18,25 +19,31 @@ class ImageWrap {
     ImageWrap(nano2d::context*, std::string file_name) : file_name(std::move(file_name)) {}
     ImageWrap(nano2d::context*, const char* file_name) : file_name(file_name ? file_name : "") {}
     ~ImageWrap() { releaseImage(); }
-    ImageWrap(const ImageWrap&) = default;
-    ImageWrap& operator=(const ImageWrap&) = default;
+    // A handle is given back once: a wrap is not copied.
+    ImageWrap(const ImageWrap&) = delete;
+    ImageWrap& operator=(const ImageWrap&) = delete;
 
     // Loads file_name once a context exists; tried again while it fails.
     void defer_load_image(nano2d::context* context);
-    // Hands pixels to the library, reusing the handle while the size holds.
-    // flags tell the pixel layout (nano2d::image_flags_for); 0 is the
-    // drawing targets' premultiplied ARGB32.
+    // Hands pixels to the library, reusing the handle while the size and
+    // the library hold. flags tell the pixel layout
+    // (nano2d::image_flags_for); 0 is the drawing targets' premultiplied
+    // ARGB32.
     void setData(nano2d::context* context, int width, int height, const void* pixels, int stride,
                  int flags = 0);
     void setData(nano2d::context* context, const image* img);
-    // Forgets the handle; the library is not told.
-    void releaseImage() {
-        handle = -1;
-        file_name.clear();
-    }
+    // Gives the handle back to the library that made it, so that no handle
+    // is left pointing at pixels that are gone, and forgets it.
+    void releaseImage();
 
     int handle = -1;
     std::string file_name;
+
+  private:
+    // Takes a handle just made by context.
+    void adopt(nano2d::context* context, int new_handle);
+    // The library of the handle; expired or null when it is not known.
+    std::weak_ptr<nano2d::handle_owner> m_owner;
 };
 
 // Scope object: while it lives, the caller's context variable points at a

@@ -35,6 +35,14 @@ inline QImage::Format image_format_of(int flags) {
     return f == 0 ? image_format : QImage::Format(f);
 }
 
+// Keeper of image handles. Every context that shares one accepts the same
+// handles; a handle given back is forgotten by all of them.
+class handle_owner {
+  public:
+    virtual ~handle_owner() = default;
+    virtual void forget_image(int handle) = 0;
+};
+
 struct paint {
     int image = -1;
     float x = 0, y = 0, width = 0, height = 0, angle = 0, alpha = 1;
@@ -92,6 +100,9 @@ class context {
     virtual void update_image(int handle, const void* pixels) = 0;
     // Forgets a handle that nobody will draw again.
     virtual void delete_image(int handle) = 0;
+    // Who keeps this context's handles; null when the context does not
+    // say, and its handles are then never given back.
+    virtual std::shared_ptr<handle_owner> image_owner() { return nullptr; }
 
     // A context of the same kind that draws into target, sharing this
     // context's fonts and image handles (what OffscreenDraw switches to).

@@ -1,0 +1,105 @@
+# The real program under Xvfb, as a person uses it: sourced by the window
+# test and the screenshot script. Every wait has a deadline; none sleeps a
+# fixed time.
+
+XVFB_PID=""
+APP_PID=""
+
+# start_display WIDTHxHEIGHT: an X server of our own. It picks a free
+# display itself and tells it once it accepts clients.
+start_display() {
+  local told
+  told="$(mktemp)"
+  Xvfb -displayfd 3 -screen 0 "${1}x24" -nolisten tcp 3>"$told" >/dev/null 2>&1 &
+  XVFB_PID=$!
+  wait_for "the X server" 20 test -s "$told" || return 1
+  export DISPLAY=":$(tr -d '[:space:]' <"$told")"
+  rm -f "$told"
+  # The window uses the display, whatever the environment asked.
+  export QT_QPA_PLATFORM=xcb
+}
+
+stop_all() {
+  [ -n "$APP_PID" ] && kill "$APP_PID" 2>/dev/null
+  [ -n "$XVFB_PID" ] && kill "$XVFB_PID" 2>/dev/null
+  wait 2>/dev/null
+}
+
+# wait_for WHAT SECONDS CMD...: until CMD succeeds; fails after the deadline.
+wait_for() {
+  local what="$1" seconds="$2"
+  shift 2
+  local end=$((SECONDS + seconds))
+  until "$@" >/dev/null 2>&1; do
+    if [ "$SECONDS" -ge "$end" ]; then
+      echo "timed out waiting for $what" >&2
+      return 1
+    fi
+    sleep 0.1
+  done
+}
+
+# window_id PATTERN: the visible window whose title matches (the system may
+# add the program's name to a title).
+window_id() { xdotool search --onlyvisible --name "$1" 2>/dev/null | head -n 1; }
+has_window() { [ -n "$(window_id "$1")" ]; }
+
+# window_origin WID: "X Y" of the window's top left corner on the screen.
+window_origin() {
+  local X Y WIDTH HEIGHT SCREEN WINDOW
+  eval "$(xdotool getwindowgeometry --shell "$1")"
+  echo "$X $Y"
+}
+
+# shoot FILE [WID]: a screenshot of the screen, or of one window.
+shoot() { import -window "${2:-root}" "$1" 2>/dev/null; }
+
+# pixel FILE X Y: "R,G,B" of a pixel.
+pixel() {
+  convert "$1" -format "%[fx:int(255*p{$2,$3}.r)],%[fx:int(255*p{$2,$3}.g)],%[fx:int(255*p{$2,$3}.b)]" info: 2>/dev/null
+}
+
+# pixel_is FILE X Y RGB: whether that pixel has that colour; says what it
+# has when it has not (once the caller stops waiting, that is the answer).
+pixel_is() {
+  local got
+  got="$(pixel "$1" "$2" "$3")"
+  [ "$got" = "$4" ] && return 0
+  echo "pixel ($2, $3) of $1 is $got, not $4" >&2
+  return 1
+}
+
+# close_request WID: what a window manager sends when the user closes a window.
+close_request() {
+  python3 - "$1" <<'PY'
+import ctypes, sys
+x = ctypes.cdll.LoadLibrary("libX11.so.6")
+x.XOpenDisplay.restype = ctypes.c_void_p
+x.XInternAtom.restype = ctypes.c_ulong
+x.XInternAtom.argtypes = [ctypes.c_void_p, ctypes.c_char_p, ctypes.c_int]
+class ClientMessage(ctypes.Structure):
+    _fields_ = [("type", ctypes.c_int), ("serial", ctypes.c_ulong), ("send_event", ctypes.c_int),
+                ("display", ctypes.c_void_p), ("window", ctypes.c_ulong),
+                ("message_type", ctypes.c_ulong), ("format", ctypes.c_int),
+                ("data", ctypes.c_long * 5)]
+class Event(ctypes.Union):
+    _fields_ = [("xclient", ClientMessage), ("pad", ctypes.c_long * 24)]
+x.XFlush.argtypes = [ctypes.c_void_p]
+x.XCloseDisplay.argtypes = [ctypes.c_void_p]
+x.XSendEvent.argtypes = [ctypes.c_void_p, ctypes.c_ulong, ctypes.c_int, ctypes.c_long,
+                         ctypes.POINTER(Event)]
+d = x.XOpenDisplay(None)
+if not d:
+    sys.exit(1)
+window = int(sys.argv[1])
+e = Event()
+e.xclient.type = 33  # ClientMessage
+e.xclient.window = window
+e.xclient.message_type = x.XInternAtom(d, b"WM_PROTOCOLS", 0)
+e.xclient.format = 32
+e.xclient.data[0] = x.XInternAtom(d, b"WM_DELETE_WINDOW", 0)
+x.XSendEvent(d, window, 0, 0, ctypes.byref(e))
+x.XFlush(d)
+x.XCloseDisplay(d)
+PY
+}

@@ -1,0 +1,592 @@
+#include "app/main_screen.h"
+
+#include "app/application.h"
+#include "app/settings_file.h"
+#include "canvas/live_output.h"
+#include "canvas/main_impact.h"
+#include "core/diagnostics.h"
+#include "core/keys.h"
+#include "document/boxes_layer.h"
+#include "document/global.h"
+#include "panels/about.h"
+#include "panels/add_layer_context_menu.h"
+#include "panels/look.h"
+#include "panels/right_panel.h"
+#include "panels/settings_boxes.h"
+#include "panels/settings_boxes_colors.h"
+#include "panels/settings_data_diagram.h"
+#include "panels/settings_labels.h"
+#include "panels/settings_power.h"
+#include "panels/settings_raster_label.h"
+#include "panels/top_menu.h"
+#include "panels/top_panel.h"
+
+#include <QApplication>
+#include <QDesktopServices>
+#include <QFileDialog>
+#include <QJsonObject>
+#include <QKeyEvent>
+#include <QKeySequence>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPainter>
+#include <QPushButton>
+#include <QUrl>
+
+namespace Vantora_TesserinePro {
+
+namespace {
+
+// The maker's page, where the menu's three links lead.
+const char* const web_address = "https://tesserine.app";
+
+// The modifier key a Qt key stands for; 0 for any other key. Qt reports
+// Command as Control on macOS, and the Control key there as Meta.
+std::uint64_t modifier_bit(int key) {
+    switch (key) {
+    case Qt::Key_Shift:
+        return keys::shift_left;
+    case Qt::Key_Control:
+        return keys::control_left;
+    case Qt::Key_Alt:
+        return keys::alt_left;
+#ifdef Q_OS_MACOS
+    case Qt::Key_Meta:
+        return keys::command;
+#endif
+    default:
+        return 0;
+    }
+}
+
+// The name a pressed key gives a shortcut: its text when it has one, the
+// letter or digit of its key, "+" and "-" for those keys, else Qt's name.
+std::string key_name(const QKeyEvent& event) {
+    const QString text = event.text();
+    // Letters name their key in capitals, whatever the case typed.
+    if (!text.isEmpty() && text.at(0).isPrint()) return text.toUpper().toStdString();
+    const int key = event.key();
+    if (key >= Qt::Key_A && key <= Qt::Key_Z) return std::string(1, char('A' + (key - Qt::Key_A)));
+    if (key >= Qt::Key_0 && key <= Qt::Key_9) return std::string(1, char('0' + (key - Qt::Key_0)));
+    if (key == Qt::Key_Plus || key == Qt::Key_Equal) return "+";
+    if (key == Qt::Key_Minus || key == Qt::Key_Underscore) return "-";
+    if (modifier_bit(key) || key == Qt::Key_unknown) return {};
+    return QKeySequence(key).toString().toStdString();
+}
+
+// Qt's name filter of a dialog entry: open dialogs give (caption,
+// pattern), save dialogs mostly (extension, caption).
+QString name_filter(const file::file_dialog_filter& f) {
+    const QString first = QString::fromStdString(f.first);
+    const QString second = QString::fromStdString(f.second);
+    if (second.startsWith('*')) return first + " (" + second + ")";
+    return second + " (*." + first + ")";
+}
+
+} // namespace
+
+MainScreen::MainScreen(QWidget* parent) : QWidget(parent) {
+    setObjectName("MainScreen");
+    setWindowTitle("Tesserine LED Pro");
+    setFont(look::sans(14));
+    workspace = std::make_shared<Global>(this);
+    workspace->set_is_retina(devicePixelRatioF() >= 2.0);
+    // Not quit(): that asks every window to close, and this one would ask
+    // the question again.
+    m_quit = [] { QCoreApplication::exit(0); };
+}
+
+MainScreen::~MainScreen() {
+    // The panels go before the workspace they read.
+    qApp->removeEventFilter(this);
+    const QList<QWidget*> children = findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly);
+    qDeleteAll(children);
+    m_main_impact = nullptr;
+    m_right_panel = nullptr;
+    m_top_menu = nullptr;
+    m_top_panel = nullptr;
+    m_palettes.clear();
+    workspace->set_host(nullptr);
+}
+
+MainScreen* MainScreen::of(QWidget* widget) {
+    for (QWidget* w = widget; w; w = w->parentWidget())
+        if (auto* screen = dynamic_cast<MainScreen*>(w)) return screen;
+    return nullptr;
+}
+
+void MainScreen::create_main_screen() {
+    Global* g = workspace.get();
+    const auto save_layout = [this] { settings_save_layout(); };
+    m_main_impact = new MainImpact(g, this);
+    m_about = new About(this, g);
+    m_about->move(300, 300);
+    m_about->hide();
+    m_palettes.push_back(m_about);
+    m_settings_boxes = new SettingsBoxes(this, g);
+    m_settings_labels = new SettingsLabels(this, g);
+    m_settings_power = new SettingsPower(this, g);
+    m_settings_data_diagram = new SettingsDataDiagram(this, g);
+    m_settings_raster_label = new SettingsRasterLabel(this, g);
+    for (SettingsBaseWindow* p :
+         {(SettingsBaseWindow*)m_settings_boxes, (SettingsBaseWindow*)m_settings_labels,
+          (SettingsBaseWindow*)m_settings_power, (SettingsBaseWindow*)m_settings_data_diagram,
+          (SettingsBaseWindow*)m_settings_raster_label}) {
+        m_palettes.push_back(p);
+        p->set_moved_callback(save_layout);
+    }
+    m_top_panel = new TopPanel(this, g);
+    m_top_menu = new TopMenu(this, g);
+    m_settings_boxes_colors = new SettingsBoxesColors(this, g);
+    m_palettes.push_back(m_settings_boxes_colors);
+    m_settings_boxes_colors->set_moved_callback(save_layout);
+    m_right_panel = new RightPanel(this, g);
+    m_add_layer_context_menu = new AddLayerContextMenu(this, g);
+    m_add_layer_context_menu->move(1, 1);
+    m_add_layer_context_menu->hide();
+
+    settings_load_layout();
+    resize_elements_to_window_size(width(), height());
+    workspace->load_default_presets();
+    // Shortcuts and Tab work wherever the focus is in this window.
+    qApp->installEventFilter(this);
+    show();
+}
+
+// ---------------------------------------------------------------- layout file
+
+namespace {
+// The key names of the layout file, in the order of its palettes.
+const char* const layout_names[] = {"boxes", "labels", "colors", "power", "snake", "raster"};
+} // namespace
+
+file::path MainScreen::settings_layout_get_default_path() const {
+    return workspace->getFolderToSaveData() / "settings_layout.network_payload";
+}
+
+bool MainScreen::settings_load_layout() {
+    if (settings_load_layout(settings_layout_get_default_path().c_str())) return true;
+    settings_reset_layout();
+    return false;
+}
+
+bool MainScreen::settings_load_layout(const char* path) {
+    QJsonObject layout;
+    if (!read_settings_object(file::path(path), layout)) return false;
+    SettingsBaseWindow* palettes[] = {m_settings_boxes,        m_settings_labels,
+                                      m_settings_boxes_colors, m_settings_power,
+                                      m_settings_data_diagram, m_settings_raster_label};
+    for (std::size_t i = 0; i < std::size(palettes); ++i) {
+        const QString name = layout_names[i];
+        SettingsBaseWindow* p = palettes[i];
+        if (!p) continue;
+        // A missing key gives 0, as the palette's place.
+        p->move(layout.value(name + "_x").toInt(0), layout.value(name + "_y").toInt(0));
+        p->set_stored_visible(layout.value(name + "_visible").toBool(false));
+    }
+    return true;
+}
+
+void MainScreen::settings_save_layout() {
+    settings_save_layout(settings_layout_get_default_path().c_str());
+}
+
+void MainScreen::settings_save_layout(const char* path) {
+    const SettingsBaseWindow* palettes[] = {m_settings_boxes,        m_settings_labels,
+                                            m_settings_boxes_colors, m_settings_power,
+                                            m_settings_data_diagram, m_settings_raster_label};
+    QJsonObject layout;
+    for (std::size_t i = 0; i < std::size(palettes); ++i) {
+        const SettingsBaseWindow* p = palettes[i];
+        if (!p) continue;
+        const QString name = layout_names[i];
+        layout[name + "_x"] = p->x();
+        layout[name + "_y"] = p->y();
+        layout[name + "_visible"] = p->stored_visible();
+    }
+    write_settings_object(file::path(path), layout);
+}
+
+void MainScreen::settings_reset_layout() {
+    const struct {
+        SettingsBaseWindow* palette;
+        int x, y;
+    } places[] = {
+        {m_settings_boxes, 10, 70},          {m_settings_labels, 10, 450},
+        {m_settings_boxes_colors, 170, 450}, {m_settings_power, 295, 450},
+        {m_settings_data_diagram, 170, 610}, {m_settings_raster_label, 435, 570},
+    };
+    for (const auto& place : places)
+        if (place.palette) place.palette->move(place.x, place.y);
+}
+
+// ---------------------------------------------------------------- refreshing
+
+void MainScreen::reload_all(bool reload) {
+    if (in_reload) return;
+    in_reload = true;
+    if (!reload) {
+        in_reload = false;
+        return;
+    }
+    if (const pointer<boxes_layer> layer = workspace->current_boxes_layer()) {
+        SettingsFromLayer* refilled[] = {
+            m_settings_boxes,  m_settings_boxes_colors, m_settings_data_diagram, m_top_panel,
+            m_settings_labels, m_settings_power,        m_settings_raster_label};
+        for (SettingsFromLayer* p : refilled)
+            if (p) p->get_settings_from_layer(layer);
+    }
+    if (m_top_panel) {
+        m_top_panel->updateCounts(workspace->get_layers_count(), workspace->get_presets_count());
+        m_top_panel->updatePaperNumbersVisual();
+    }
+    lists_need_sync = true;
+    post_layout();
+    redraw_panels();
+    in_reload = false;
+}
+
+void MainScreen::post_layout() {
+    if (m_layout_posted) return;
+    m_layout_posted = true;
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            m_layout_posted = false;
+            perform_layout();
+        },
+        Qt::QueuedConnection);
+}
+
+void MainScreen::perform_layout() {
+    if (in_layout) return;
+    in_layout = true;
+    if (lists_need_sync && m_right_panel) {
+        lists_need_sync = false;
+        m_right_panel->syncFromGlobalLayers();
+        m_right_panel->syncFromGlobalPresets();
+    }
+    in_layout = false;
+}
+
+void MainScreen::redraw_panels() {
+    for (QWidget* w : std::initializer_list<QWidget*>{m_top_menu, m_top_panel, m_right_panel})
+        if (w) w->update();
+    for (SettingsBaseWindow* p : m_palettes)
+        p->update();
+}
+
+void MainScreen::update_settings_visibility() {
+    const pointer<app_layer> current = workspace->current_layer();
+    const bool screen_or_none = !current || current->get_layer_type() == e_layer_boxes;
+    // Pictures have no palettes: the aspect box of the top panel stands in.
+    for (SettingsBaseWindow* p : m_palettes)
+        p->setVisible(screen_or_none && p->stored_visible());
+    if (m_top_panel) m_top_panel->showHideAspectRatio(!screen_or_none);
+    reload_all(true);
+}
+
+void MainScreen::setCurrentLayerTo(long long index, bool full) {
+    workspace->set_current_layer_index(index);
+    if (full)
+        update_settings_visibility();
+    else if (m_main_impact)
+        m_main_impact->update();
+}
+
+bool MainScreen::isOnlyCurrent() const {
+    return m_right_panel && m_right_panel->draw_current_only();
+}
+
+void MainScreen::resize_elements_to_window_size(int width, int height) {
+    const struct {
+        QWidget* widget;
+        QRect place;
+        const char* unchanged;
+    } places[] = {
+        {m_top_menu, QRect(QPoint(0, 0), QPoint(width - 1, 19)),
+         "top menu replacement redraw optimized out"},
+        {m_top_panel, QRect(QPoint(0, 20), QPoint(width - 1, 59)),
+         "top panel replacement redraw optimized out"},
+        {m_right_panel, QRect(QPoint(width - 280, 60), QPoint(width - 1, height - 1)),
+         "right panel replacement redraw optimized out"},
+        {m_main_impact, QRect(QPoint(0, 70), QPoint(width - 1, height - 1)),
+         "main impact replacement redraw optimized out"},
+    };
+    for (const auto& p : places) {
+        if (!p.widget) continue;
+        if (p.widget->geometry() == p.place) {
+            output_debug_string(p.unchanged);
+            continue;
+        }
+        p.widget->setGeometry(p.place);
+    }
+}
+
+void MainScreen::resizeEvent(QResizeEvent*) {
+    resize_elements_to_window_size(width(), height());
+}
+
+void MainScreen::paintEvent(QPaintEvent* event) {
+    QPainter p(this);
+    p.fillRect(event->rect(), look::screen_background);
+}
+
+// ---------------------------------------------------------------- keys
+
+bool MainScreen::eventFilter(QObject* watched, QEvent* event) {
+    const QEvent::Type type = event->type();
+    if (type == QEvent::ApplicationDeactivate) {
+        // Keys released elsewhere never reach us.
+        workspace->set_keyboard_modifiers(0);
+        return false;
+    }
+    if (type == QEvent::MouseButtonPress) {
+        auto* w = qobject_cast<QWidget*>(watched);
+        if (w && w->window() == window())
+            m_last_click =
+                mapFromGlobal(static_cast<QMouseEvent*>(event)->globalPosition().toPoint());
+        return false;
+    }
+    if (type != QEvent::KeyPress && type != QEvent::KeyRelease) return false;
+    auto* target = qobject_cast<QWidget*>(watched);
+    if (!target || target->window() != window()) return false;
+    // A key event travels from the focus widget up its parents: take it at
+    // its first stop only.
+    QWidget* first = QApplication::focusWidget() ? QApplication::focusWidget() : window();
+    if (target != first) return false;
+    return keyboard_event(static_cast<QKeyEvent*>(event));
+}
+
+bool MainScreen::keyboard_event(QKeyEvent* event) {
+    const bool release = event->type() == QEvent::KeyRelease;
+    // A held key repeats as release and press pairs; only real ones count.
+    if (event->isAutoRepeat() && release) return false;
+    const bool press = !release && !event->isAutoRepeat();
+
+    std::uint64_t held = workspace->get_keyboard_modifiers();
+    if (const std::uint64_t bit = modifier_bit(event->key())) {
+        const std::uint64_t group = keys::group_of(bit);
+        held = release ? (held & ~group) : (held | group);
+        workspace->set_keyboard_modifiers(held);
+        if (release && m_main_impact) {
+            // Letting go of the group drops a move or resize unapplied.
+            const pointer<app_layer> current = workspace->current_layer();
+            const enum_layer type = current ? current->get_layer_type() : enum_layer(0);
+            if ((group == keys::group_a && type == e_layer_boxes) ||
+                (group == keys::group_b && type == e_layer_image))
+                m_main_impact->cancel_drag();
+        }
+        // The layer outline on the canvas depends on the groups held.
+        if (m_main_impact) m_main_impact->update();
+        return false;
+    }
+    if (event->key() == Qt::Key_Tab || event->key() == Qt::Key_Backtab) {
+        if (!release) {
+            std::uint64_t groups = held;
+            if (event->key() == Qt::Key_Backtab) groups |= keys::group_a;
+            on_skip_focus(groups);
+        }
+        return true;
+    }
+    if (!press) return false;
+    const std::string name = key_name(*event);
+    if (name == " ") {
+        // Also while a text box has the focus: the box still gets it.
+        if (m_main_impact) m_main_impact->on_space_key();
+        return false;
+    }
+    if (!name.empty()) {
+        m_last_key_string = keys::string_key(name, held);
+        if (m_top_menu && m_top_menu->keytrigger(m_last_key_string)) return true;
+    }
+    if (event->key() == Qt::Key_Escape && m_top_menu) m_top_menu->fold();
+    return false;
+}
+
+bool MainScreen::on_skip_focus(std::uint64_t) {
+    return false;
+}
+
+void MainScreen::set_focus_to(QWidget* widget) {
+    if (!widget) return;
+    widget->setFocus(Qt::TabFocusReason);
+    // A text field reached this way has all its text selected, so typing
+    // replaces it.
+    if (auto* edit = qobject_cast<QLineEdit*>(widget)) edit->selectAll();
+}
+
+// ---------------------------------------------------------------- commands
+
+void MainScreen::on_close() {
+    if (m_quit_box) return;
+    auto* box = new QMessageBox(QMessageBox::Warning, "Quit", "Are you sure ?",
+                                QMessageBox::NoButton, this);
+    box->setObjectName("quit");
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setWindowModality(Qt::WindowModal);
+    QPushButton* yes = box->addButton("Yes", QMessageBox::YesRole);
+    QPushButton* no = box->addButton("No", QMessageBox::NoRole);
+    // Return answers yes, Escape no.
+    box->setDefaultButton(yes);
+    box->setEscapeButton(no);
+    connect(box, &QMessageBox::finished, this, [this, box, yes] {
+        m_quit_box = nullptr;
+        if (box->clickedButton() == yes && m_quit) m_quit();
+    });
+    m_quit_box = box;
+    box->open();
+}
+
+void MainScreen::showScreenInfo() {
+    m_settings_boxes->toggle_stored_visibility();
+}
+void MainScreen::showLabelsInfo() {
+    m_settings_labels->toggle_stored_visibility();
+}
+void MainScreen::showDataTools() {
+    m_settings_data_diagram->toggle_stored_visibility();
+}
+void MainScreen::showPowerTools() {
+    m_settings_power->toggle_stored_visibility();
+}
+void MainScreen::showBoxesColors() {
+    m_settings_boxes_colors->toggle_stored_visibility();
+}
+void MainScreen::showRasterLabelTool() {
+    m_settings_raster_label->toggle_stored_visibility();
+}
+void MainScreen::showAbout() {
+    // Its state is kept nowhere.
+    m_about->setVisible(!m_about->isVisible());
+    if (m_about->isVisible()) m_about->raise();
+}
+
+void MainScreen::openUpdateLink() {
+    QDesktopServices::openUrl(QUrl(web_address));
+}
+void MainScreen::openTutorialsLink() {
+    QDesktopServices::openUrl(QUrl(web_address));
+}
+void MainScreen::openHelpLink() {
+    QDesktopServices::openUrl(QUrl(web_address));
+}
+
+void MainScreen::showAddLayerContextMenu() {
+    m_add_layer_context_menu->show();
+    m_add_layer_context_menu->raise();
+}
+
+// ---------------------------------------------------------------- host
+
+void MainScreen::outside_paint(std::function<void()> f) {
+    if (m_building == 0) {
+        f();
+        return;
+    }
+    m_after_paint.push_back(std::move(f));
+}
+
+void MainScreen::frame_build_begins() {
+    ++m_building;
+}
+
+void MainScreen::frame_build_ends() {
+    if (--m_building > 0 || m_after_paint.empty() || m_after_paint_posted) return;
+    // Still inside the paint: the queued calls run when it is over.
+    m_after_paint_posted = true;
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            m_after_paint_posted = false;
+            std::vector<std::function<void()>> calls;
+            calls.swap(m_after_paint);
+            for (auto& call : calls)
+                call();
+        },
+        Qt::QueuedConnection);
+}
+
+void MainScreen::set_current_layer_to(Global&, long long index, bool update_settings) {
+    setCurrentLayerTo(index, update_settings);
+}
+
+void MainScreen::reload_all(Global&, bool reload) {
+    outside_paint([this, reload] { reload_all(reload); });
+}
+
+void MainScreen::update_amperes() {
+    if (m_settings_power) m_settings_power->update_amperes();
+}
+
+void MainScreen::raster_label_settings_from_raster(Global&) {
+    if (m_settings_raster_label) m_settings_raster_label->get_settings_from_raster();
+}
+
+void MainScreen::raster_label_settings_to_palette(Global&) {
+    outside_paint([this] {
+        if (m_settings_raster_label)
+            m_settings_raster_label->get_settings_from_layer(workspace->current_boxes_layer());
+    });
+}
+
+void MainScreen::layer_row_changed(const app_layer& layer) {
+    if (m_right_panel) m_right_panel->layer_changed(layer);
+}
+
+// Redraw requests made while a frame is built are dropped: the build is
+// itself the paint they ask for, and a paint must not start another.
+void MainScreen::post_canvas_redraw() {
+    if (m_building == 0 && m_main_impact) m_main_impact->update();
+}
+
+void MainScreen::post_live_output_redraw() {
+    if (m_building != 0) return;
+    if (application* app = application::instance())
+        if (live_output_window* live = app->live_output_window_pointer.get())
+            if (live->isVisible()) live->canvas()->update();
+}
+
+void MainScreen::post_main_window_redraw() {
+    if (m_building == 0) update();
+}
+
+void MainScreen::post_main_screen_layout() {
+    post_layout();
+    if (m_building == 0) update();
+}
+
+void MainScreen::show_error(const std::string& message) {
+    outside_paint([this, message] {
+        const QString text = QString::fromStdString(message);
+        // The same message still waiting to be read is not opened again.
+        for (QMessageBox* open : findChildren<QMessageBox*>("error"))
+            if (open->isVisible() && open->text() == text) return;
+        auto* box = new QMessageBox(QMessageBox::Warning, "Error", text, QMessageBox::Ok, this);
+        box->setObjectName("error");
+        box->setAttribute(Qt::WA_DeleteOnClose);
+        box->setWindowModality(Qt::WindowModal);
+        box->open();
+    });
+}
+
+void MainScreen::pick_single_file(const std::vector<file::file_dialog_filter>& filters,
+                                  const pick_callback& callback, bool save) {
+    auto* dialog = new QFileDialog(this);
+    dialog->setObjectName(save ? "save_dialog" : "open_dialog");
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setWindowModality(Qt::WindowModal);
+    dialog->setAcceptMode(save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
+    dialog->setFileMode(save ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
+    dialog->setOption(QFileDialog::DontUseNativeDialog);
+    QStringList names;
+    for (const auto& f : filters)
+        names << name_filter(f);
+    dialog->setNameFilters(names);
+    connect(dialog, &QFileDialog::fileSelected, this,
+            [callback](const QString& chosen) { callback(file::path(chosen.toStdString())); });
+    // A cancelled dialog answers nothing: the command does nothing.
+    dialog->open();
+}
+
+} // namespace Vantora_TesserinePro

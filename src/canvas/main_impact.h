@@ -1,0 +1,133 @@
+#pragma once
+// The canvas: the frame at its pan and zoom, with the editing marks over it.
+// The same widget, in live-output mode, shows the frame at full size on
+// another monitor.
+
+#include "render/draw2d_context.h"
+
+#include <QImage>
+#include <QPoint>
+#include <QRect>
+#include <QWidget>
+
+#include <climits>
+#include <cstdint>
+
+namespace Vantora_TesserinePro {
+
+class Global;
+class app_layer;
+class boxes_layer;
+
+// Paints of any canvas so far.
+extern long long g_iMainImpactRedraw;
+
+class MainImpact : public QWidget {
+  public:
+    MainImpact(Global* workspace, QWidget* parent);
+    ~MainImpact() override;
+
+    // The point meaning that no drag runs, and whether a point is another.
+    static QPoint invalidPos() { return QPoint(-10000, -10000); }
+    static bool isPosValid(const QPoint& p) { return p != invalidPos(); }
+
+    // --- painting
+    // One paint: builds the frame when it changed, then shows it and the
+    // marks. context draws on this widget.
+    void draw(nano2d::context* context);
+    void on_draw_step(nano2d::context* context);
+    void draw_second(nano2d::context* context);
+    QSize sizeHint() const override;
+
+    // --- view
+    float get_zoom() const { return zoom; }
+    float get_effective_zoom() const { return effective_zoom; }
+    QPoint get_pan() const { return pan; }
+    void set_zoom(float value);
+    bool is_live_output() const { return live_output; }
+    void set_live_output(bool value) { live_output = value; }
+
+    // --- hit tests, in widget coordinates
+    QPointF screenToLayer(const QPoint& p, const app_layer& layer) const;
+    long long hit_test_layer(const QPointF& p) const;
+    bool hit_test_raster_label(int x, int y) const;
+    // The label's box on the widget: left, top, right, bottom.
+    QRectF raster_label_zoomed_rectangle() const;
+
+    // --- keys and the live output
+    void on_space_key();
+    // Shows the frame full size on monitor (an index into the screens), or
+    // hides the live output for a negative one.
+    void set_live_output_to_monitor(long long monitor);
+    // Drops a move or resize in progress (the modifier was released).
+    void cancel_drag();
+    // Where a layer moved to x, y would land after snapping to the raster
+    // and the other layers.
+    QPoint snap(const app_layer& layer, QPoint p) const;
+
+    // The drawing context of this widget, kept for its life so that image
+    // handles stay valid from paint to paint.
+    nano2d::draw2d_context& drawing_context() { return m_context; }
+
+    // Drag state (the mouse handlers of the editing fill it).
+    long long resize_handle = -1;
+    QPoint resize_delta = invalidPos();
+    QRect preview_rectangle;
+    QPoint move_delta = invalidPos();
+    QRect selection_rectangle; // left, top, right, bottom in layer pixels
+    bool selection_adds = false;
+    bool selecting = false;
+    bool hover_raster_label = false;
+    QPoint label_drag_start = invalidPos();
+    QPoint label_start_position;
+    QPoint pan_drag_start = invalidPos();
+    QPoint pan_start;
+    // Where the pointer is; both parts INT_MIN once it has left.
+    QPoint pointer_position{INT_MIN, INT_MIN};
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+    void leaveEvent(QEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+
+  private:
+    // The part of the frame this widget shows, over the background, as it
+    // stands on screen: kept until the frame, zoom, pan or size change.
+    void update_view(const image& composite, std::uint64_t generation);
+    void draw_marks(nano2d::context* context);
+    // The outline (and for a picture the handles) of the layer a modifier
+    // group applies to, at the place a move or resize would give it.
+    void draw_layer_outline(nano2d::context* context, const app_layer& layer);
+    void draw_custom_path_marks(nano2d::context* context, const boxes_layer& layer);
+    // A cabinet's rectangle on the widget at the effective zoom, before the
+    // pan (which the context carries).
+    QRectF zoomed_box(const boxes_layer& layer, std::uint32_t id) const;
+    bool pointer_inside() const { return pointer_position.x() != INT_MIN; }
+
+    bool live_output = false;
+    Global* workspace;
+    float zoom = 1.0f;
+    float effective_zoom = 1.0f;
+    QPoint pan{280, 0};
+
+    nano2d::draw2d_context m_context;
+    // Where the current paint draws: the paint event's region.
+    QRect m_paint_rect;
+    // The frame scaled to the zoom (below 1.0 only) and its key.
+    QImage m_scaled;
+    std::uint64_t m_scaled_generation = 0;
+    float m_scaled_zoom = 0.0f;
+    // The shown part, opaque, and its key.
+    QImage m_view;
+    QPoint m_view_at;
+    std::uint64_t m_view_generation = 0;
+    float m_view_zoom = 0.0f;
+    QPoint m_view_pan;
+    QSize m_view_size;
+    bool m_has_view = false;
+};
+
+} // namespace Vantora_TesserinePro

@@ -1,0 +1,77 @@
+#pragma once
+// The frame every palette shares: a floating box over the canvas with a
+// title bar that drags it and an "x" that hides it, and the interface by
+// which the main screen refills a palette from the current screen layer.
+
+#include "core/types.h"
+
+#include <QFrame>
+
+#include <functional>
+
+class QLabel;
+class QPushButton;
+
+namespace Vantora_TesserinePro {
+
+class Global;
+class boxes_layer;
+class MainScreen;
+
+class SettingsFromLayer {
+  public:
+    explicit SettingsFromLayer(Global* global) : m_global(global) {}
+    virtual ~SettingsFromLayer() = default;
+    // Fills the controls from layer without running their callbacks.
+    virtual void get_settings_from_layer(const pointer<boxes_layer>&) {}
+    // The current layer when it is a screen layer, otherwise null.
+    pointer<boxes_layer> current_boxes_layer() const;
+    Global* global() const { return m_global; }
+
+  protected:
+    Global* m_global;
+};
+
+class SettingsBaseWindow : public QFrame, public SettingsFromLayer {
+  public:
+    SettingsBaseWindow(QWidget* parent, Global* global, const QString& title);
+
+    QString title() const;
+    // Where the palette's own controls go.
+    QWidget* body() const { return m_body; }
+
+    // The visibility the layout file keeps; the palette shows by it while
+    // a screen layer (or none) is current.
+    bool stored_visible() const { return m_stored_visible; }
+    void set_stored_visible(bool value) { m_stored_visible = value; }
+    // The show commands of the menu: flips the stored flag, saves the
+    // layout and shows or hides the palette accordingly.
+    void toggle_stored_visibility();
+    // Whether the palette shows: false while palettes step aside for a
+    // drag, whatever the widget says.
+    bool palette_visible() const;
+
+    // Called when the palette was moved by its title bar.
+    void set_moved_callback(std::function<void()> callback) { m_moved = std::move(callback); }
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+
+  private:
+    MainScreen* main_screen() const;
+
+    QWidget* m_title_bar;
+    QLabel* m_title;
+    QPushButton* m_close;
+    QWidget* m_body;
+    bool m_stored_visible = true;
+    std::function<void()> m_moved;
+    // The drag of the title bar: the pointer's offset in the palette.
+    QPoint m_grab;
+    bool m_dragging = false;
+};
+
+} // namespace Vantora_TesserinePro

@@ -1,0 +1,257 @@
+// The canvas: the frame at pan and zoom, the hit tests, the editing marks,
+// and the paint as the one place where frames are built.
+
+#include "core/keys.h"
+#include "panels/look.h"
+#include "panels/right_panel.h"
+#include "support/recording_context.h"
+#include "window/window_fixture.h"
+
+#include <QMessageBox>
+#include <QPainter>
+#include <QTemporaryDir>
+#include <QWheelEvent>
+
+using namespace Vantora_TesserinePro;
+using namespace Vantora_TesserinePro::testing;
+
+namespace {
+
+struct canvas_test : window_test {
+    void SetUp() override {
+        window_test::SetUp();
+        start();
+        window->resize(1400, 900);
+        layer = global->current_boxes_layer();
+    }
+    void wheel(int notches) {
+        QWheelEvent e(QPointF(500, 300), canvas->mapToGlobal(QPointF(500, 300)), QPoint(),
+                      QPoint(0, 120 * notches), Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase,
+                      false);
+        QCoreApplication::sendEvent(canvas, &e);
+    }
+    // The composite's pixel as the canvas shows it: over the background.
+    QRgb shown(int x, int y) {
+        const QRgb c = global->get_composite_image()->pixel(x, y);
+        QImage one(1, 1, QImage::Format_RGB32);
+        one.fill(look::screen_background);
+        QPainter(&one).fillRect(0, 0, 1, 1, QColor::fromRgba(c));
+        return one.pixel(0, 0);
+    }
+    // The marks of one paint, recorded.
+    recording_context marks() {
+        recording_context rec;
+        canvas->draw(&rec);
+        return rec;
+    }
+    // The rectangles stroked in colour, in order.
+    static std::vector<std::string> strokes_in(recording_context& rec, const std::string& colour) {
+        std::vector<std::string> rects, pending;
+        std::string current;
+        for (const auto& c : rec.log()) {
+            if (c.target != "screen") continue;
+            if (c.op == "stroke_color") current = c.args[0];
+            if (c.op == "begin_path") pending.clear();
+            if (c.op == "rectangle") pending.push_back(c.line());
+            if (c.op == "stroke" && current == colour)
+                rects.insert(rects.end(), pending.begin(), pending.end());
+        }
+        return rects;
+    }
+    pointer<boxes_layer> layer;
+};
+
+} // namespace
+
+TEST_F(canvas_test, TheFrameShowsAtThePanAndShrinksAroundItsTopLeftCorner) {
+    QImage seen = canvas_pixels();
+    // Cabinet (1, 1) of the default wall, clear of lines and labels.
+    EXPECT_EQ(seen.pixel(280 + 200, 200), shown(200, 200));
+    EXPECT_EQ(seen.pixel(100, 100), look::screen_background.rgb()); // left of the raster
+    EXPECT_EQ(canvas->get_pan(), QPoint(280, 0));
+
+    // The wheel past 1.0 is cut at the next paint and leaves no surplus.
+    wheel(3);
+    canvas_pixels();
+    EXPECT_FLOAT_EQ(canvas->get_zoom(), 1.0f);
+    wheel(-2);
+    canvas_pixels();
+    EXPECT_FLOAT_EQ(canvas->get_zoom(), 0.7f);
+    wheel(-20);
+    seen = canvas_pixels();
+    EXPECT_FLOAT_EQ(canvas->get_zoom(), 0.25f);
+    // At a quarter: cabinet (1, 1) is at a quarter of its place, and the
+    // raster's top left corner stays where it was.
+    EXPECT_EQ(seen.pixel(280 + 50, 50), shown(200, 200));
+    EXPECT_EQ(seen.pixel(280 + 1920 / 4 + 5, 100), look::screen_background.rgb());
+}
+
+TEST_F(canvas_test, HitTests) {
+    // The default wall is 1024 x 640 at (0, 0); a picture over part of it.
+    auto picture = global->new_image_layer(); // index 0, under the wall
+    picture->set_width(100);
+    picture->set_height(100);
+    global->move_layer_to_visual_top_by_1(0); // now on top
+    picture->set_offset_x(1000);
+    picture->set_offset_y(600);
+    EXPECT_EQ(canvas->hit_test_layer(QPointF(280 + 1024, 0)), 0); // right edge included
+    EXPECT_EQ(canvas->hit_test_layer(QPointF(280 + 1025, 0)), -1);
+    EXPECT_EQ(canvas->hit_test_layer(QPointF(280 + 1010, 610)), 1); // the top one wins
+    picture->set_hidden(true);
+    EXPECT_EQ(canvas->hit_test_layer(QPointF(280 + 1010, 610)), 0);
+    EXPECT_EQ(canvas->hit_test_layer(QPointF(279, 10)), -1);
+
+    const QPointF in_layer = canvas->screenToLayer(QPoint(380, 50), *layer);
+    EXPECT_EQ(in_layer, QPointF(100, 50));
+
+    // The raster label: off, then on at (100, 40) sized 50 x 20, at two zooms.
+    global->raster_label_x = 100;
+    global->raster_label_y = 40;
+    global->raster_label_width = 50;
+    global->raster_label_height = 20;
+    EXPECT_FALSE(canvas->hit_test_raster_label(280 + 110, 50));
+    global->raster_label_enabled = true;
+    EXPECT_TRUE(canvas->hit_test_raster_label(280 + 150, 60)); // corner included
+    EXPECT_FALSE(canvas->hit_test_raster_label(280 + 151, 60));
+    canvas->set_zoom(0.5f);
+    canvas_pixels();
+    EXPECT_TRUE(canvas->hit_test_raster_label(280 + 60, 25));
+    EXPECT_FALSE(canvas->hit_test_raster_label(280 + 110, 50));
+    EXPECT_EQ(canvas->hit_test_layer(QPointF(280 + 512, 320)), 0);
+    EXPECT_EQ(canvas->hit_test_layer(QPointF(280 + 513, 320)), -1);
+}
+
+TEST_F(canvas_test, MarksOfTheCurrentLayerFollowTheModifierGroups) {
+    const std::string outline = "FFCCFF7F";
+    // No modifier: no outline; the raster outline is there.
+    recording_context rec = marks();
+    EXPECT_TRUE(strokes_in(rec, outline).empty());
+    EXPECT_EQ(strokes_in(rec, "FFB6B6B6"), std::vector<std::string>{"rectangle 0.5 0.5 1919 1079"});
+
+    // Group A on a screen layer: its outline. Group B applies to pictures.
+    global->set_keyboard_modifiers(keys::group_b);
+    rec = marks();
+    EXPECT_TRUE(strokes_in(rec, outline).empty());
+    global->set_keyboard_modifiers(keys::group_a);
+    layer->set_offset_x(10);
+    rec = marks();
+    EXPECT_EQ(strokes_in(rec, outline), std::vector<std::string>{"rectangle 10 0 1024 640"});
+    EXPECT_EQ(canvas->preview_rectangle, QRect(10, 0, 1024, 640));
+
+    // A move running shows the place it would give; a resize of the bottom
+    // handle shows the new height.
+    canvas->move_delta = QPoint(-30, -20);
+    rec = marks();
+    EXPECT_EQ(strokes_in(rec, outline), std::vector<std::string>{"rectangle 40 20 1024 640"});
+    canvas->move_delta = MainImpact::invalidPos();
+    canvas->set_zoom(0.5f);
+    canvas->resize_handle = 1;
+    canvas->resize_delta = QPoint(0, -40);
+    rec = marks();
+    EXPECT_EQ(strokes_in(rec, outline), std::vector<std::string>{"rectangle 5 0 512 360"});
+    canvas->cancel_drag();
+
+    // A picture with group B: outline and four handles, filled.
+    auto picture = global->new_image_layer();
+    picture->setMaintainAspectRatio(false);
+    picture->set_width(40);
+    picture->set_height(20);
+    global->set_keyboard_modifiers(keys::group_b);
+    canvas->set_zoom(1.0f);
+    rec = marks();
+    EXPECT_EQ(strokes_in(rec, outline), std::vector<std::string>{"rectangle 0 0 40 20"});
+    EXPECT_GE(rec.index_of("rectangle 20 -2 4 4"), 0);
+    EXPECT_GE(rec.index_of("rectangle 20 18 4 4"), 0);
+    EXPECT_GE(rec.index_of("rectangle -2 10 4 4"), 0);
+    EXPECT_GE(rec.index_of("rectangle 38 10 4 4"), 0);
+
+    // The exclude rectangle replaces the outline while it is drawn.
+    global->set_current_layer_index(1);
+    canvas->selecting = true;
+    canvas->selection_rectangle = QRect(QPoint(300, 200), QPoint(100, 50));
+    rec = marks();
+    EXPECT_EQ(strokes_in(rec, outline), std::vector<std::string>{"rectangle 110 50 200 150"});
+    canvas->selecting = false;
+
+    // Over the raster label only the label is outlined.
+    global->raster_label_enabled = true;
+    global->raster_label_x = 7;
+    global->raster_label_y = 8;
+    global->raster_label_width = 30;
+    global->raster_label_height = 10;
+    canvas->hover_raster_label = true;
+    rec = marks();
+    EXPECT_EQ(strokes_in(rec, outline), std::vector<std::string>{"rectangle 7 8 30 10"});
+}
+
+TEST_F(canvas_test, CustomPathMarksTheHoveredCabinetAndARunJustBegun) {
+    layer->CustomDataPath = 1;
+    recording_context rec = marks();
+    EXPECT_TRUE(strokes_in(rec, "7FFFCC99").empty());  // the pointer is outside
+    canvas->pointer_position = QPoint(280 + 200, 150); // cabinet (1, 1)
+    layer->set_custom_path_string("0|131073");         // a run of one: (2, 1)
+    rec = marks();
+    EXPECT_EQ(strokes_in(rec, "7FFFCC99"), std::vector<std::string>{"rectangle 128 128 128 128"});
+    // A green triangle at the centre of (2, 1), pointing right.
+    EXPECT_GE(rec.index_of("move_to 317 189"), 0);
+    EXPECT_GE(rec.index_of("line_to 323 192"), 0);
+    // A point on the line between two cabinets hovers none.
+    canvas->pointer_position = QPoint(280 + 128, 150);
+    rec = marks();
+    EXPECT_TRUE(strokes_in(rec, "7FFFCC99").empty());
+}
+
+TEST_F(canvas_test, APaintNeverStartsAnotherAndWhatTheBuildAsksWaits) {
+    // "Draw Current Only" with two screen layers rebuilds at every paint,
+    // yet asks for no further paint.
+    global->new_boxes_layer();
+    screen->right_panel()->set_draw_current_only(true);
+    canvas_pixels();
+    canvas->repaint();
+    QTest::qWait(50);
+    const long long paints = g_iMainImpactRedraw;
+    QTest::qWait(200);
+    EXPECT_EQ(g_iMainImpactRedraw, paints);
+    EXPECT_TRUE(global->is_changed()); // the next paint will build again
+    screen->right_panel()->set_draw_current_only(false);
+
+    // A layer that cannot be drawn: the message waits until the paint is
+    // over, then shows once.
+    layer->Width = 40000;
+    layer->set_changed();
+    canvas_pixels();
+    EXPECT_TRUE(screen->findChildren<QMessageBox*>("error").isEmpty());
+    ASSERT_TRUE(wait_until([&] { return !screen->findChildren<QMessageBox*>("error").isEmpty(); }));
+    EXPECT_EQ(screen->findChildren<QMessageBox*>("error").front()->text(),
+              "Offscreen allocated nullptr.");
+    canvas_pixels();
+    QTest::qWait(50);
+    EXPECT_EQ(screen->findChildren<QMessageBox*>("error").size(), 1); // not twice
+}
+
+TEST_F(canvas_test, AnImageExportIsWrittenByTheNextPaint) {
+    QTemporaryDir dir;
+    const std::string out = dir.filePath("frame.png").toStdString();
+    global->request_save_to_file(file::path(out));
+    EXPECT_FALSE(QFile::exists(QString::fromStdString(out)));
+    ASSERT_TRUE(wait_until([&] { return QFile::exists(QString::fromStdString(out)); }));
+    EXPECT_EQ(QImage(QString::fromStdString(out)).size(), QSize(1920, 1080));
+}
+
+TEST_F(canvas_test, ImageHandlesOfGoneLayersAreGivenBack) {
+    auto handles = [&] { return canvas->drawing_context().get_font_sink()->image_count(); };
+    canvas_pixels();
+    const std::size_t steady = handles();
+    for (int i = 0; i < 5; ++i) {
+        auto extra = global->new_boxes_layer();
+        extra->Columns = 2 + i; // a new size each time
+        canvas_pixels();
+        global->set_current_layer_index(0);
+        global->delete_current_layer();
+        canvas_pixels();
+    }
+    layer->Columns = 3;
+    layer->set_changed();
+    canvas_pixels();
+    EXPECT_EQ(handles(), steady);
+}
