@@ -5,8 +5,10 @@
 #include "core/keys.h"
 #include "document/boxes_layer.h"
 #include "document/global.h"
+#include "document/image_layer.h"
 #include "panels/look.h"
 
+#include <QMouseEvent>
 #include <QPaintEvent>
 #include <QPainter>
 #include <QWheelEvent>
@@ -327,7 +329,86 @@ void MainImpact::draw_layer_outline(nano2d::context* context, const app_layer& l
 }
 
 QPoint MainImpact::snap(const app_layer&, QPoint p) const {
-    return p;
+    int x = p.x(), y = p.y();
+    snap(x, y);
+    return QPoint(x, y);
+}
+
+void MainImpact::snap(int& x, int& y) const {
+    bool done_x = false, done_y = false;
+    snap_paper(x, y, done_x, done_y);
+    snap_others(x, y, done_x, done_y);
+}
+
+void MainImpact::snap_paper(int& x, int& y, bool& done_x, bool& done_y) const {
+    if (done_x && done_y) return;
+    const pointer<app_layer> layer = workspace->current_layer();
+    if (!layer) return;
+    const int w = layer->get_width(), h = layer->get_height();
+    const int W = workspace->get_paper_width(), H = workspace->get_paper_height();
+    if (!done_x) {
+        if (std::abs(x) < snap_threshold) {
+            x = 0;
+            done_x = true;
+        } else if (std::abs(x + w - W) < snap_threshold) {
+            x = W - w;
+            done_x = true;
+        }
+    }
+    if (!done_y) {
+        if (std::abs(y) < snap_threshold) {
+            y = 0;
+            done_y = true;
+        } else if (std::abs(y + h - H) < snap_threshold) {
+            y = H - h;
+            done_y = true;
+        }
+    }
+}
+
+void MainImpact::snap_others(int& x, int& y, bool& done_x, bool& done_y) const {
+    const pointer<app_layer> current = workspace->current_layer();
+    for (long long i = 0; i < workspace->get_layers_count(); ++i) {
+        if (done_x && done_y) return;
+        // Hidden layers too: a wall may be lined up with one that is off.
+        const pointer<app_layer> other = workspace->get_layer(i);
+        if (!other) continue;
+        if (other == current) {
+            output_debug_string("ignored itself");
+            continue;
+        }
+        snap_other(x, y, done_x, done_y, other);
+    }
+}
+
+namespace {
+// The first of the four edge pairs closer than the threshold: left on left,
+// left on right, right on left, right on right.
+bool snap_axis(int& v, int size, int other, int other_size, int threshold) {
+    const int candidates[4][2] = {{v - other, other},
+                                  {v - (other + other_size), other + other_size},
+                                  {v + size - other, other - size},
+                                  {v + size - (other + other_size), other + other_size - size}};
+    for (const auto& c : candidates)
+        if (std::abs(c[0]) < threshold) {
+            v = c[1];
+            return true;
+        }
+    return false;
+}
+} // namespace
+
+void MainImpact::snap_other(int& x, int& y, bool& done_x, bool& done_y,
+                            const pointer<app_layer>& other) const {
+    if (done_x && done_y) return;
+    const pointer<app_layer> layer = workspace->current_layer();
+    if (!layer) return;
+    if (!done_x)
+        done_x = snap_axis(x, layer->get_width(), other->get_offset_x(), other->get_width(),
+                           snap_threshold);
+    if (!done_y)
+        done_y = snap_axis(y, layer->get_height(), other->get_offset_y(), other->get_height(),
+                           snap_threshold);
 }
 
 // ---------------------------------------------------------------- hit tests
@@ -380,15 +461,219 @@ void MainImpact::leaveEvent(QEvent*) {
     update();
 }
 
-void MainImpact::mousePressEvent(QMouseEvent*) {}
-
-void MainImpact::mouseMoveEvent(QMouseEvent* event) {
-    pointer_position = event->position().toPoint();
-    // The hover mark of a custom path follows the pointer.
-    if (auto screen = workspace->current_boxes_layer(); screen && screen->CustomDataPath) update();
+std::uint64_t MainImpact::groups_of(const QMouseEvent& event) {
+    std::uint64_t groups = 0;
+    const Qt::KeyboardModifiers m = event.modifiers();
+    if (m & Qt::ShiftModifier) groups |= keys::group_a;
+        // Qt reports Command as Control on macOS, and Control as Meta there.
+#ifdef Q_OS_MACOS
+    if (m & (Qt::ControlModifier | Qt::MetaModifier)) groups |= keys::group_b;
+#else
+    if (m & Qt::ControlModifier) groups |= keys::group_b;
+#endif
+    if (m & Qt::AltModifier) groups |= keys::group_c;
+    workspace->set_keyboard_modifiers(groups);
+    return groups;
 }
 
-void MainImpact::mouseReleaseEvent(QMouseEvent*) {}
+void MainImpact::redraw() {
+    update();
+    workspace->host().post_live_output_redraw();
+}
+
+void MainImpact::mousePressEvent(QMouseEvent* event) {
+    const QPoint p = event->position().toPoint();
+    m_last_mouse = p;
+    mouse_button_event(p, event->button(), true, groups_of(*event));
+}
+
+void MainImpact::mouseMoveEvent(QMouseEvent* event) {
+    const QPoint p = event->position().toPoint();
+    const QPoint delta = p - m_last_mouse;
+    m_last_mouse = p;
+    mouse_motion_event(p, delta, groups_of(*event));
+}
+
+void MainImpact::mouseReleaseEvent(QMouseEvent* event) {
+    const QPoint p = event->position().toPoint();
+    m_last_mouse = p;
+    mouse_button_event(p, event->button(), false, groups_of(*event));
+}
+
+void MainImpact::auto_select(const QPoint& p) {
+    if (!workspace->auto_select) return;
+    const long long index = hit_test_layer(QPointF(p));
+    if (index >= 0 && index != workspace->get_current_layer_id())
+        workspace->host().set_current_layer_to(*workspace, index, true);
+}
+
+void MainImpact::mouse_button_event(const QPoint& p, Qt::MouseButton button, bool down,
+                                    std::uint64_t modifiers) {
+    const pointer<app_layer> current_at_start = workspace->current_layer();
+    if (down) {
+        auto_select(p);
+        const pointer<app_layer> current = workspace->current_layer();
+        label_drag_start = invalidPos();
+        pan_drag_start = invalidPos();
+        if (!current) return;
+        auto* screen = dynamic_cast<boxes_layer*>(current.get());
+        if (!(modifiers & (keys::group_a | keys::group_b))) {
+            if (hit_test_raster_label(p.x(), p.y())) {
+                label_drag_start = p;
+                label_start_position = QPoint(workspace->raster_label_x, workspace->raster_label_y);
+            } else {
+                pan_drag_start = p;
+                pan_start = pan;
+            }
+            const QPointF q = screenToLayer(p, *current);
+            if (screen && screen->CustomDataPath)
+                screen->trigger_for_override_path(float(q.x()), float(q.y()),
+                                                  button == Qt::RightButton);
+            return;
+        }
+        const QPointF q = screenToLayer(p, *current);
+        if ((modifiers & keys::group_b) && screen) {
+            // The cabinet under the press sets the direction of the whole
+            // rectangle: one that left the exclusions makes it include.
+            selection_adds = !screen->trigger_for_exclude_boxes(float(q.x()), float(q.y()));
+            selection_rectangle =
+                QRect(QPoint(int(q.x()), int(q.y())), QPoint(int(q.x()), int(q.y())));
+            selecting = true;
+            workspace->host().update_amperes();
+            redraw();
+            return;
+        }
+        const enum_layer type = current->get_layer_type();
+        if (((modifiers & keys::group_b) && type == e_layer_image) ||
+            ((modifiers & keys::group_a) && type == e_layer_boxes)) {
+            const double w = current->get_full_width(), h = current->get_full_height();
+            // Handles keep their size on screen.
+            const double T = 4.0 / effective_zoom;
+            const double x = q.x(), y = q.y();
+            if (type == e_layer_image) {
+                const auto near = [T](double a, double b) { return std::abs(a - b) < T; };
+                if (near(x, 0) && near(y, h / 2)) resize_handle = 2;
+                if (near(x, w / 2) && near(y, 0)) resize_handle = 0;
+                if (near(x, w) && near(y, h / 2)) resize_handle = 3;
+                if (near(x, w / 2) && near(y, h)) resize_handle = 1;
+            }
+            if (resize_handle >= 0) {
+                resize_delta = QPoint(0, 0);
+                return;
+            }
+            if (0 < x && x < w && 0 < y && y < h) move_delta = QPoint(0, 0);
+        }
+        return;
+    }
+
+    // The button goes up: the first state that runs ends.
+    const pointer<app_layer> current = current_at_start;
+    if (selecting) {
+        if (auto screen = std::dynamic_pointer_cast<boxes_layer>(current)) {
+            const QRect& s = selection_rectangle;
+            const int left = std::min(s.left(), s.right()), right = std::max(s.left(), s.right());
+            const int top = std::min(s.top(), s.bottom()), bottom = std::max(s.top(), s.bottom());
+            for (std::uint32_t id : screen->hit_test(left, top, right, bottom)) {
+                if (selection_adds)
+                    screen->ExcludeBoxes.add(id);
+                else
+                    screen->ExcludeBoxes.remove(id);
+            }
+            screen->set_changed();
+            workspace->host().update_amperes();
+        }
+        selecting = false;
+        redraw();
+    } else if (isPosValid(pan_drag_start)) {
+        pan_drag_start = invalidPos();
+    } else if (isPosValid(label_drag_start)) {
+        label_drag_start = invalidPos();
+        workspace->host().reload_all(*workspace, true);
+        redraw();
+    } else if (isPosValid(move_delta)) {
+        if (current) {
+            const float dx = float(move_delta.x()) / effective_zoom;
+            const float dy = float(move_delta.y()) / effective_zoom;
+            int nx = int(float(current->get_offset_x()) - dx);
+            int ny = int(float(current->get_offset_y()) - dy);
+            snap(nx, ny);
+            current->set_offset_x(nx);
+            current->set_offset_y(ny);
+            if (current->is_logo) workspace->save_logo_layer();
+            workspace->host().reload_all(*workspace, true);
+        }
+        move_delta = invalidPos();
+        resize_delta = invalidPos();
+    } else if (resize_handle >= 0) {
+        resize_delta = invalidPos();
+        const QRect& r = preview_rectangle;
+        auto picture = std::dynamic_pointer_cast<image_layer>(current);
+        const bool nothing = r.x() == 0 && r.y() == 0 && r.width() == 0 && r.height() == 0;
+        if (picture && !nothing) {
+            const float z = effective_zoom;
+            picture->set_offset_x(int(float(r.x()) / z));
+            picture->set_offset_y(int(float(r.y()) / z));
+            const int width = int(float(r.width()) / z), height = int(float(r.height()) / z);
+            if (picture->getMaintainAspectRatio()) {
+                // The picture derives the other side.
+                if (resize_handle == 0 || resize_handle == 1)
+                    picture->set_height(height);
+                else
+                    picture->set_width(width);
+            } else {
+                picture->set_width(width);
+                picture->set_height(height);
+            }
+            if (picture->is_logo) workspace->save_logo_layer();
+        }
+        preview_rectangle = QRect(0, 1, 2, 3);
+        resize_handle = -1;
+        redraw();
+    }
+}
+
+void MainImpact::mouse_motion_event(const QPoint& p, const QPoint& delta, std::uint64_t modifiers) {
+    pointer_position = p;
+    const bool over_label = hit_test_raster_label(p.x(), p.y());
+    if (over_label != hover_raster_label) {
+        hover_raster_label = over_label;
+        redraw();
+    }
+    pointer<app_layer> current = workspace->current_layer();
+    if (selecting && current) {
+        const QPointF q = screenToLayer(p, *current);
+        selection_rectangle.setRight(int(q.x()));
+        selection_rectangle.setBottom(int(q.y()));
+        redraw();
+    }
+    // With Shift held the current layer follows the pointer before a press.
+    if ((modifiers & keys::group_a) && !isPosValid(move_delta)) {
+        auto_select(p);
+        current = workspace->current_layer();
+    }
+    if (auto screen = std::dynamic_pointer_cast<boxes_layer>(current);
+        screen && screen->CustomDataPath)
+        redraw();
+    if (isPosValid(move_delta)) {
+        move_delta -= delta;
+        redraw();
+    } else if (resize_handle >= 0) {
+        if (isPosValid(resize_delta)) resize_delta -= delta;
+        redraw();
+    } else if (isPosValid(label_drag_start)) {
+        const QPoint back = label_drag_start - p;
+        workspace->raster_label_x =
+            label_start_position.x() - int(float(back.x()) / effective_zoom);
+        workspace->raster_label_y =
+            label_start_position.y() - int(float(back.y()) / effective_zoom);
+        // The label is drawn into the frame: it moves live.
+        workspace->set_changed();
+        redraw();
+    } else if (isPosValid(pan_drag_start)) {
+        pan = pan_start + (p - pan_drag_start);
+        redraw();
+    }
+}
 
 void MainImpact::on_space_key() {
     if (auto screen = workspace->current_boxes_layer()) screen->on_space_key();

@@ -3,6 +3,7 @@
 // The same widget, in live-output mode, shows the frame at full size on
 // another monitor.
 
+#include "core/types.h"
 #include "render/draw2d_context.h"
 
 #include <QImage>
@@ -62,8 +63,14 @@ class MainImpact : public QWidget {
     // Drops a move or resize in progress (the modifier was released).
     void cancel_drag();
     // Where a layer moved to x, y would land after snapping to the raster
-    // and the other layers.
+    // and the other layers: each axis snaps at most once, to the first
+    // edge closer than 20 raster pixels, the raster first.
     QPoint snap(const app_layer& layer, QPoint p) const;
+    void snap(int& x, int& y) const;
+    void snap_paper(int& x, int& y, bool& done_x, bool& done_y) const;
+    void snap_others(int& x, int& y, bool& done_x, bool& done_y) const;
+    void snap_other(int& x, int& y, bool& done_x, bool& done_y,
+                    const pointer<app_layer>& other) const;
 
     // The drawing context of this widget, kept for its life so that image
     // handles stay valid from paint to paint.
@@ -94,6 +101,21 @@ class MainImpact : public QWidget {
     void mouseReleaseEvent(QMouseEvent* event) override;
 
   private:
+    // Mouse input, as the editing steps take it: p in widget coordinates,
+    // the modifier groups held (keys::group_*).
+    void mouse_button_event(const QPoint& p, Qt::MouseButton button, bool down,
+                            std::uint64_t modifiers);
+    void mouse_motion_event(const QPoint& p, const QPoint& delta, std::uint64_t modifiers);
+    // The groups a mouse event says are held; the workspace learns them too.
+    std::uint64_t groups_of(const QMouseEvent& event);
+    // Repaints this canvas and a live output showing the same marks.
+    void redraw();
+    // Selects the layer under p when auto-select is on.
+    void auto_select(const QPoint& p);
+    // The snap distance, in raster pixels: strictly closer snaps.
+    static constexpr int snap_threshold = 20;
+    QPoint m_last_mouse;
+
     // The part of the frame this widget shows, over the background, as it
     // stands on screen: kept until the frame, zoom, pan or size change.
     void update_view(const image& composite, std::uint64_t generation);

@@ -1,0 +1,240 @@
+// Editing on the canvas with real mouse and key events: pan, the raster
+// label, moves with snapping, picture handles, the exclude rectangle and the
+// custom data path.
+
+#include "core/data_folder.h"
+#include "datapath/snake.h"
+#include "support/test_support.h"
+#include "window/window_fixture.h"
+
+#include <QFile>
+#include <QMouseEvent>
+
+using namespace Vantora_TesserinePro;
+using namespace Vantora_TesserinePro::testing;
+
+namespace {
+
+struct editing : window_test {
+    void SetUp() override {
+        window_test::SetUp();
+        start();
+        window->resize(1400, 900);
+        screen_layer = global->current_boxes_layer();
+        canvas->repaint();
+    }
+    // A raster point on the canvas at the current pan and zoom.
+    QPoint at(double x, double y) const {
+        const float z = canvas->get_effective_zoom();
+        return canvas->get_pan() + QPoint(int(x * z), int(y * z));
+    }
+    // A drag as a hand makes it: press, a few moves, a paint between moves
+    // (the previews are drawn), release.
+    void drag(QPoint from, QPoint to, Qt::KeyboardModifiers held = Qt::NoModifier,
+              Qt::MouseButton button = Qt::LeftButton) {
+        QTest::mousePress(canvas, button, held, from);
+        for (int step = 1; step <= 4; ++step) {
+            move(from + (to - from) * step / 4, held, button);
+            canvas->repaint();
+        }
+        QTest::mouseRelease(canvas, button, held, to);
+    }
+    // A move with the button and the modifiers held (QTest's own move
+    // carries no modifiers).
+    void move(QPoint p, Qt::KeyboardModifiers held, Qt::MouseButton button = Qt::LeftButton) {
+        QMouseEvent e(QEvent::MouseMove, QPointF(p), canvas->mapToGlobal(QPointF(p)), Qt::NoButton,
+                      button, held);
+        QCoreApplication::sendEvent(canvas, &e);
+    }
+    void click(QPoint p, Qt::KeyboardModifiers held = Qt::NoModifier,
+               Qt::MouseButton button = Qt::LeftButton) {
+        QTest::mouseClick(canvas, button, held, p);
+    }
+    void set_zoom(float z) {
+        canvas->set_zoom(z);
+        canvas->repaint();
+    }
+    pointer<image_layer> picture(int x, int y, int w, int h) {
+        auto p = global->new_image_layer();
+        p->setMaintainAspectRatio(false);
+        p->set_width(w);
+        p->set_height(h);
+        p->set_offset_x(x);
+        p->set_offset_y(y);
+        global->move_layer_to_visual(global->get_layers_count() - 1, 0); // on top
+        return p;
+    }
+    pointer<boxes_layer> screen_layer;
+};
+
+} // namespace
+
+TEST_F(editing, ADragPansOnEmptyCanvasAndMovesTheRasterLabelOnIt) {
+    drag(QPoint(100, 700), QPoint(150, 730));
+    EXPECT_EQ(canvas->get_pan(), QPoint(330, 30));
+    EXPECT_EQ(screen_layer->get_offset_x(), 0); // nothing else moved
+
+    global->raster_label_enabled = true;
+    global->raster_label_x = 1200;
+    global->raster_label_y = 700;
+    global->raster_label_width = 100;
+    global->raster_label_height = 60;
+    set_zoom(0.5f);
+    drag(at(1220, 720), at(1220, 720) + QPoint(40, 20));
+    EXPECT_EQ(global->raster_label_x, 1280); // screen pixels count double at 0.5
+    EXPECT_EQ(global->raster_label_y, 740);
+    EXPECT_EQ(canvas->get_pan(), QPoint(330, 30));
+}
+
+TEST_F(editing, ShiftMovesAScreenLayerAndSnapsStrictlyAt20) {
+    screen_layer->set_offset_x(300);
+    screen_layer->set_offset_y(300);
+    drag(at(500, 400), at(500, 400) + QPoint(100, 50), Qt::ShiftModifier);
+    EXPECT_EQ(screen_layer->get_offset_x(), 400);
+    EXPECT_EQ(screen_layer->get_offset_y(), 350);
+
+    // At half zoom a screen pixel is two raster pixels; the threshold stays
+    // 20 raster pixels: 19 from the left edge snaps, 20 does not.
+    set_zoom(0.5f);
+    drag(at(600, 400), at(600, 400) - QPoint(190, 0), Qt::ShiftModifier); // to x 20
+    EXPECT_EQ(screen_layer->get_offset_x(), 20);
+    drag(at(600, 400), at(600, 400) - QPoint(1, 0), Qt::ShiftModifier); // to x 18
+    EXPECT_EQ(screen_layer->get_offset_x(), 0);
+    // The right raster edge: 1920 - 1024 = 896.
+    drag(at(600, 400), at(600, 400) + QPoint(444, 0), Qt::ShiftModifier); // to 888
+    EXPECT_EQ(screen_layer->get_offset_x(), 896);
+}
+
+TEST_F(editing, TheRasterWinsAnAxisANeighbourTheOtherHiddenOnesCount) {
+    auto other = global->new_boxes_layer(); // index 0; ours moves to 1
+    other->set_offset_x(1024);
+    other->set_offset_y(300);
+    other->set_hidden(true);
+    global->set_current_layer_index(1);
+    screen_layer->set_offset_x(600);
+    screen_layer->set_offset_y(600);
+    // To (10, 310): x is near the raster's left edge and near nothing else,
+    // y near the hidden neighbour's top.
+    drag(at(700, 700), at(700, 700) - QPoint(590, 290), Qt::ShiftModifier);
+    EXPECT_EQ(screen_layer->get_offset_x(), 0);
+    EXPECT_EQ(screen_layer->get_offset_y(), 300);
+    // To x 15: near the raster's left edge and 9 from the neighbour's right
+    // edge (at 24).
+    other->set_offset_x(-1000);
+    drag(at(100, 400), at(100, 400) + QPoint(15, 0), Qt::ShiftModifier);
+    EXPECT_EQ(screen_layer->get_offset_x(), 0); // the raster before the neighbour
+}
+
+TEST_F(editing, TheGroupsApplyPerLayerType) {
+    auto p = picture(100, 100, 200, 100);
+    EXPECT_EQ(global->current_image_layer(), p);
+    // Shift on a picture: nothing, not even a pan.
+    drag(at(150, 150), at(150, 150) + QPoint(50, 50), Qt::ShiftModifier);
+    EXPECT_EQ(p->get_offset_x(), 100);
+    EXPECT_EQ(canvas->get_pan(), QPoint(280, 0));
+    // Control moves it.
+    drag(at(150, 150), at(150, 150) + QPoint(50, 50), Qt::ControlModifier);
+    EXPECT_EQ(p->get_offset_x(), 150);
+    EXPECT_EQ(p->get_offset_y(), 150);
+    EXPECT_FALSE(
+        QFile::exists(QString::fromStdString((folder_to_save_data() / "logo.data").string())));
+}
+
+TEST_F(editing, HandlesCatchWithinFourScreenPixels) {
+    auto p = picture(100, 100, 200, 100);
+    set_zoom(0.5f);
+    // The right handle at half zoom: 6 raster pixels off (3 on screen)
+    // still catches.
+    drag(at(100 + 200 - 6, 150), at(100 + 200 - 6, 150) + QPoint(20, 0), Qt::ControlModifier);
+    EXPECT_EQ(p->get_width(), 240);
+    EXPECT_EQ(p->get_height(), 100);
+    EXPECT_EQ(p->get_offset_x(), 100);
+    // The top handle moves the top edge.
+    drag(at(100 + 120, 100 + 1), at(100 + 120, 100 + 1) - QPoint(0, 10), Qt::ControlModifier);
+    EXPECT_EQ(p->get_offset_y(), 80);
+    EXPECT_EQ(p->get_height(), 120);
+    // 8 raster pixels off is inside the picture: a move, not a resize.
+    drag(at(100 + 240 - 8, 140), at(100 + 240 - 8, 140) + QPoint(5, 0), Qt::ControlModifier);
+    EXPECT_EQ(p->get_width(), 240);
+    EXPECT_EQ(p->get_offset_x(), 110);
+    // With the aspect kept, the bottom handle sets the height and the
+    // picture derives its width.
+    p->setMaintainAspectRatio(true);
+    drag(at(110 + 120, 80 + 120), at(110 + 120, 80 + 120) + QPoint(0, 30), Qt::ControlModifier);
+    EXPECT_EQ(p->get_height(), 180);
+}
+
+TEST_F(editing, ReleasingTheModifierFirstDropsTheMove) {
+    screen_layer->set_offset_x(300);
+    QTest::keyPress(canvas, Qt::Key_Shift);
+    QTest::mousePress(canvas, Qt::LeftButton, Qt::ShiftModifier, at(500, 300));
+    move(at(500, 300) + QPoint(80, 0), Qt::ShiftModifier);
+    QTest::keyRelease(canvas, Qt::Key_Shift);
+    QTest::mouseRelease(canvas, Qt::LeftButton, Qt::NoModifier, at(500, 300) + QPoint(80, 0));
+    EXPECT_EQ(screen_layer->get_offset_x(), 300);
+}
+
+TEST_F(editing, ControlTogglesACabinetThenTheRectangleGoesTheSameWay) {
+    // Press on (1, 1): it is excluded at once; dragging to (3, 2) excludes
+    // the rectangle.
+    QTest::mousePress(canvas, Qt::LeftButton, Qt::ControlModifier, at(200, 200));
+    EXPECT_TRUE(screen_layer->ExcludeBoxes.contains(box_id(1, 1)));
+    move(at(450, 300), Qt::ControlModifier);
+    QTest::mouseRelease(canvas, Qt::LeftButton, Qt::ControlModifier, at(450, 300));
+    for (int c = 1; c <= 3; ++c)
+        for (int r = 1; r <= 2; ++r)
+            EXPECT_TRUE(screen_layer->ExcludeBoxes.contains(box_id(c, r))) << c << "," << r;
+    EXPECT_EQ(screen_layer->ExcludeBoxes.size(), 6u);
+
+    // A press on an excluded cabinet brings it back, and the rectangle
+    // includes: (2, 1) and (3, 1) return with it.
+    drag(at(200, 200), at(450, 200), Qt::ControlModifier);
+    EXPECT_EQ(screen_layer->ExcludeBoxes.size(), 3u);
+    EXPECT_FALSE(screen_layer->ExcludeBoxes.contains(box_id(3, 1)));
+
+    // A click without moving: the toggle, then the one-point rectangle
+    // applies the same direction once more, which changes nothing.
+    click(at(700, 500), Qt::ControlModifier);
+    EXPECT_TRUE(screen_layer->ExcludeBoxes.contains(box_id(5, 3)));
+    EXPECT_EQ(canvas->get_pan(), QPoint(280, 0));
+}
+
+TEST_F(editing, ACustomPathByClicksAndSpaces) {
+    screen_layer->CustomDataPath = 1;
+    screen_layer->Columns = 3;
+    screen_layer->Rows = 2;
+    screen_layer->set_changed();
+    // (0,0) (1,0) (2,0), space, (2,1) (1,1); a right click takes (1,0) out,
+    // and a cabinet clicked twice stands once.
+    for (QPoint cabinet : {QPoint(0, 0), QPoint(1, 0), QPoint(2, 0), QPoint(2, 0)})
+        click(at(cabinet.x() * 128 + 64, cabinet.y() * 128 + 64));
+    QTest::keyClick(canvas, Qt::Key_Space);
+    for (QPoint cabinet : {QPoint(2, 1), QPoint(1, 1)})
+        click(at(cabinet.x() * 128 + 64, cabinet.y() * 128 + 64));
+    click(at(128 + 64, 64), Qt::NoModifier, Qt::RightButton);
+    EXPECT_EQ(screen_layer->get_custom_path_string(), "0,131072|131073,65537");
+    EXPECT_EQ(Snake::route_text(Snake::make_route(*screen_layer)), "(0,0)S (2,0)E (2,1)S (1,1)E");
+    // An empty run, or a run of one cabinet, is not closed by space.
+    click(at(64, 128 + 64));
+    QTest::keyClick(canvas, Qt::Key_Space);
+    QTest::keyClick(canvas, Qt::Key_Space);
+    click(at(128 + 64, 64));
+    QTest::keyClick(canvas, Qt::Key_Space);
+    EXPECT_EQ(screen_layer->get_custom_path_string(), "0,131072|131073,65537,1|65536");
+}
+
+TEST_F(editing, MovingTheLogoSavesIt) {
+    auto logo = global->get_logo_layer();
+    logo->setMaintainAspectRatio(false);
+    logo->set_width(100);
+    logo->set_height(50);
+    logo->set_offset_x(500);
+    global->move_layer_to_visual(global->get_layers_count() - 1, 0);
+    global->set_current_layer_index(global->get_layers_count() - 1);
+    const QString file = QString::fromStdString((folder_to_save_data() / "logo.data").string());
+    QFile::remove(file);
+    drag(at(520, 20), at(520, 20) + QPoint(30, 40), Qt::ControlModifier);
+    EXPECT_EQ(logo->get_offset_x(), 530);
+    EXPECT_TRUE(QFile::exists(file));
+    EXPECT_TRUE(read_file(file.toStdString()).find("OffsetX:530") != std::string::npos);
+}
