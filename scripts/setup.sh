@@ -8,7 +8,7 @@ BUILD_DIR="${TESSERINE_BUILD_DIR:-$ROOT/build}"
 TESSERINE_PACKAGES=(
   g++ cmake ninja-build pkg-config
   qt6-base-dev qt6-image-formats-plugins libgl-dev
-  libpugixml-dev
+  libpugixml-dev libmuparser-dev
   libgtest-dev libbenchmark-dev
   fonts-dejavu-core fontconfig
   imagemagick xvfb xauth xdotool libx11-6 python3

@@ -12,6 +12,7 @@
 #include "panels/add_layer_context_menu.h"
 #include "panels/look.h"
 #include "panels/right_panel.h"
+#include "panels/settings_base_window.h"
 #include "panels/settings_boxes.h"
 #include "panels/settings_boxes_colors.h"
 #include "panels/settings_data_diagram.h"
@@ -21,6 +22,7 @@
 #include "panels/top_menu.h"
 #include "panels/top_panel.h"
 
+#include <QAbstractSpinBox>
 #include <QApplication>
 #include <QDesktopServices>
 #include <QFileDialog>
@@ -404,8 +406,63 @@ bool MainScreen::keyboard_event(QKeyEvent* event) {
     return false;
 }
 
-bool MainScreen::on_skip_focus(std::uint64_t) {
-    return false;
+namespace {
+// Whether the palette (or panel) a widget belongs to shows.
+bool panel_shows(QWidget* widget) {
+    for (QWidget* w = widget->parentWidget(); w; w = w->parentWidget())
+        if (auto* from_layer = dynamic_cast<SettingsFromLayer*>(w)) {
+            if (auto* palette = dynamic_cast<SettingsBaseWindow*>(from_layer))
+                return palette->palette_visible();
+            return w->isVisible();
+        }
+    return true;
+}
+} // namespace
+
+bool MainScreen::on_skip_focus(std::uint64_t modifiers) {
+    const bool backward = (modifiers & keys::group_a) != 0;
+    const long long n = (long long)m_tab_order.size();
+    if (n == 0) return false;
+    const long long step = backward ? -1 : 1;
+    long long at = -1;
+    for (long long k = 0; k < n; ++k) {
+        const long long i = backward ? n - 1 - k : k;
+        if (m_tab_order[std::size_t(i)]->hasFocus()) {
+            at = i;
+            break;
+        }
+    }
+    if (at < 0) {
+        set_focus_to(m_tab_order[std::size_t(backward ? n - 1 : 0)]);
+        return false;
+    }
+    m_tab_order[std::size_t(at)]->clearFocus();
+    // At most one pass round the chain, to a field that shows in a shown
+    // palette; with none, no field keeps the focus.
+    for (long long k = 1; k < n; ++k) {
+        QWidget* w = m_tab_order[std::size_t(((at + step * k) % n + n) % n)];
+        if (w->isVisible() && panel_shows(w)) {
+            set_focus_to(w);
+            break;
+        }
+    }
+    return true;
+}
+
+void MainScreen::set_palettes_shown(bool shown) {
+    workspace->palettes_shown = shown;
+    if (!shown) {
+        m_stepped_aside.clear();
+        for (SettingsBaseWindow* p : m_palettes)
+            if (p->isVisible()) {
+                m_stepped_aside.push_back(p);
+                p->hide();
+            }
+        return;
+    }
+    for (SettingsBaseWindow* p : m_stepped_aside)
+        p->show();
+    m_stepped_aside.clear();
 }
 
 void MainScreen::set_focus_to(QWidget* widget) {
@@ -414,6 +471,7 @@ void MainScreen::set_focus_to(QWidget* widget) {
     // A text field reached this way has all its text selected, so typing
     // replaces it.
     if (auto* edit = qobject_cast<QLineEdit*>(widget)) edit->selectAll();
+    if (auto* spin = qobject_cast<QAbstractSpinBox*>(widget)) spin->selectAll();
 }
 
 // ---------------------------------------------------------------- commands

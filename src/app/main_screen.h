@@ -69,9 +69,18 @@ class MainScreen : public QWidget, public workspace_host {
     bool keyboard_event(QKeyEvent* event);
     // The key string the last key press gave the menu ("CONTROL+D").
     const std::string& last_key_string() const { return m_last_key_string; }
-    // Tab and Shift+Tab: the next or previous field of the shown palettes.
+    // The chain that Tab walks: the text fields and check boxes of the
+    // panels, in the order the panels were built. It lives here and not in
+    // the workspace, which knows no widgets.
+    void add_to_tab_order(QWidget* widget) { m_tab_order.push_back(widget); }
+    const std::vector<QWidget*>& tab_order() const { return m_tab_order; }
+    // Tab and Shift+Tab (group A held): the next or previous field of the
+    // shown palettes, wrapping; true when a field had the focus.
     bool on_skip_focus(std::uint64_t modifiers);
+    // Gives the focus; a text field gets its whole text selected.
     void set_focus_to(QWidget* widget);
+    // While something clickable is pressed the palettes step aside.
+    void set_palettes_shown(bool shown);
 
     // --- commands
     void on_close();
@@ -163,6 +172,9 @@ class MainScreen : public QWidget, public workspace_host {
     std::vector<std::function<void()>> m_after_paint;
     bool m_after_paint_posted = false;
     std::string m_last_key_string;
+    std::vector<QWidget*> m_tab_order;
+    // The palettes that the last set_palettes_shown(false) hid.
+    std::vector<SettingsBaseWindow*> m_stepped_aside;
     QMessageBox* m_quit_box = nullptr;
     std::function<void()> m_quit;
 };

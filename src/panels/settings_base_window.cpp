@@ -4,9 +4,12 @@
 #include "document/boxes_layer.h"
 #include "document/global.h"
 #include "panels/look.h"
+#include "panels/widgets/small_widgets.h"
 
+#include <QAbstractSpinBox>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPushButton>
@@ -16,6 +19,22 @@ namespace Vantora_TesserinePro {
 
 pointer<boxes_layer> SettingsFromLayer::current_boxes_layer() const {
     return m_global ? m_global->current_boxes_layer() : nullptr;
+}
+
+bool SettingsFromLayer::takes_tab(QWidget* widget) {
+    return qobject_cast<QLineEdit*>(widget) || qobject_cast<QAbstractSpinBox*>(widget) ||
+           dynamic_cast<CheckboxWithFocus*>(widget);
+}
+
+void SettingsFromLayer::add_to_tab_order(QWidget* widget) {
+    if (MainScreen* screen = MainScreen::of(widget)) screen->add_to_tab_order(widget);
+}
+
+void SettingsBaseWindow::setTextBoxesFixedSize(const QSize& size) {
+    for (QLineEdit* edit : findChildren<QLineEdit*>()) {
+        if (qobject_cast<QAbstractSpinBox*>(edit->parentWidget())) continue;
+        edit->setFixedSize(size);
+    }
 }
 
 SettingsBaseWindow::SettingsBaseWindow(QWidget* parent, Global* global, const QString& title)

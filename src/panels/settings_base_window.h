@@ -28,6 +28,14 @@ class SettingsFromLayer {
     pointer<boxes_layer> current_boxes_layer() const;
     Global* global() const { return m_global; }
 
+    // Puts the text fields, number fields and check boxes among the
+    // children of parent into the Tab chain, in order, going into children
+    // of the container types named.
+    template <class... Containers> static void add_children_to_tab_order(QWidget* parent);
+    // Whether Tab stops at this widget.
+    static bool takes_tab(QWidget* widget);
+    static void add_to_tab_order(QWidget* widget);
+
   protected:
     Global* m_global;
 };
@@ -50,6 +58,8 @@ class SettingsBaseWindow : public QFrame, public SettingsFromLayer {
     // Whether the palette shows: false while palettes step aside for a
     // drag, whatever the widget says.
     bool palette_visible() const;
+    // Gives every text field among the children this size.
+    void setTextBoxesFixedSize(const QSize& size);
 
     // Called when the palette was moved by its title bar.
     void set_moved_callback(std::function<void()> callback) { m_moved = std::move(callback); }
@@ -73,5 +83,16 @@ class SettingsBaseWindow : public QFrame, public SettingsFromLayer {
     QPoint m_grab;
     bool m_dragging = false;
 };
+
+template <class... Containers> void SettingsFromLayer::add_children_to_tab_order(QWidget* parent) {
+    for (QObject* child : parent->children()) {
+        auto* w = qobject_cast<QWidget*>(child);
+        if (!w) continue;
+        if (takes_tab(w))
+            add_to_tab_order(w);
+        else if ((dynamic_cast<Containers*>(w) || ...))
+            add_children_to_tab_order<Containers...>(w);
+    }
+}
 
 } // namespace Vantora_TesserinePro

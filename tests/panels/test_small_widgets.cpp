@@ -1,0 +1,136 @@
+// The palette frame and the small widgets: clicks and drags of clickable
+// widgets, the palettes stepping aside, the check box's key and the Tab
+// chain over shown and hidden palettes.
+
+#include "panels/settings_base_window.h"
+#include "panels/settings_boxes.h"
+#include "panels/settings_labels.h"
+#include "panels/widgets/clickable_widget.h"
+#include "panels/widgets/expression.h"
+#include "panels/widgets/small_widgets.h"
+#include "window/window_fixture.h"
+
+#include <QLineEdit>
+#include <QMouseEvent>
+#include <QVBoxLayout>
+
+using namespace Vantora_TesserinePro;
+using namespace Vantora_TesserinePro::testing;
+
+namespace {
+
+struct widgets : window_test {
+    void SetUp() override {
+        window_test::SetUp();
+        start();
+    }
+    // A press, moves by the given steps, and a release, as a hand does.
+    static void press_move_release(QWidget* w, QPoint from, std::vector<QPoint> steps) {
+        QTest::mousePress(w, Qt::LeftButton, Qt::NoModifier, from);
+        QPoint at = from;
+        for (QPoint d : steps) {
+            at += d;
+            QMouseEvent e(QEvent::MouseMove, QPointF(at), w->mapToGlobal(QPointF(at)), Qt::NoButton,
+                          Qt::LeftButton, Qt::NoModifier);
+            QCoreApplication::sendEvent(w, &e);
+        }
+        QTest::mouseRelease(w, Qt::LeftButton, Qt::NoModifier, at);
+    }
+};
+
+} // namespace
+
+TEST_F(widgets, DragModeCountsAMoveOf25SquaredAsAClick) {
+    ClickableWidget item(screen, global);
+    item.setGeometry(600, 300, 100, 40);
+    item.show();
+    item.setUseDrag(true);
+    int clicks = 0;
+    item.set_callback([&] { return ++clicks, true; });
+    press_move_release(&item, QPoint(10, 10), {QPoint(3, 4)}); // 25: a click
+    EXPECT_EQ(clicks, 1);
+    press_move_release(&item, QPoint(10, 10), {QPoint(1, 5)}); // 26: a drag
+    EXPECT_EQ(clicks, 1);
+    EXPECT_EQ(item.pos(), QPoint(600, 300)); // it returns to its place
+}
+
+TEST_F(widgets, PalettesStepAsideWhileAClickableWidgetIsPressed) {
+    ClickableWidget item(screen, global);
+    item.setGeometry(600, 300, 100, 40);
+    item.show();
+    bool shown_during_press = true;
+    item.set_callback([&] { return true; });
+    QTest::mousePress(&item, Qt::LeftButton, Qt::NoModifier, QPoint(5, 5));
+    shown_during_press = screen->settings_boxes()->isVisible();
+    EXPECT_FALSE(global->palettes_shown);
+    EXPECT_FALSE(screen->settings_boxes()->palette_visible());
+    QTest::mouseRelease(&item, Qt::LeftButton, Qt::NoModifier, QPoint(5, 5));
+    EXPECT_FALSE(shown_during_press);
+    EXPECT_TRUE(global->palettes_shown);
+    EXPECT_TRUE(screen->settings_boxes()->isVisible());
+}
+
+TEST_F(widgets, TheCheckBoxTogglesWithSpaceAndShowsItsFocusInRed) {
+    CheckboxWithFocus box(screen);
+    box.setGeometry(600, 300, 30, 30);
+    box.show();
+    std::vector<bool> heard;
+    box.set_callback([&](bool v) { heard.push_back(v); });
+    box.set_checked(true); // by program: no callback
+    EXPECT_TRUE(heard.empty());
+    box.setFocus();
+    ASSERT_TRUE(wait_until([&] { return box.hasFocus(); }));
+    QTest::keyClick(&box, Qt::Key_Space);
+    EXPECT_FALSE(box.isChecked());
+    EXPECT_EQ(heard, std::vector<bool>{false});
+    const QImage focused = box.grab().toImage();
+    bool red = false;
+    for (int y = 0; y < focused.height(); ++y)
+        for (int x = 0; x < focused.width(); ++x)
+            red = red || focused.pixel(x, y) == qRgb(255, 0, 0);
+    EXPECT_TRUE(red);
+}
+
+TEST_F(widgets, TabWalksTheFieldsOfShownPalettesInOrder) {
+    // Two fields in each of two palettes, chained in construction order.
+    auto field = [&](QWidget* palette, const char* text) {
+        auto* edit = new QLineEdit(text, static_cast<SettingsBaseWindow*>(palette)->body());
+        edit->move(5, 5 + 25 * int(screen->tab_order().size() % 2));
+        edit->show();
+        SettingsFromLayer::add_to_tab_order(edit);
+        return edit;
+    };
+    const std::size_t before = screen->tab_order().size();
+    QLineEdit* a1 = field(screen->settings_boxes(), "a1");
+    QLineEdit* a2 = field(screen->settings_boxes(), "a2");
+    QLineEdit* b1 = field(screen->settings_labels(), "b1");
+    ASSERT_EQ(screen->tab_order().size(), before + 3);
+    auto tab = [&](bool back = false) {
+        QWidget* target = QApplication::focusWidget() ? QApplication::focusWidget() : screen;
+        QTest::keyClick(target, back ? Qt::Key_Backtab : Qt::Key_Tab,
+                        back ? Qt::ShiftModifier : Qt::NoModifier);
+        return QApplication::focusWidget();
+    };
+    screen->set_focus_to(a1);
+    ASSERT_TRUE(wait_until([&] { return a1->hasFocus(); }));
+    EXPECT_EQ(tab(), a2);
+    EXPECT_EQ(a2->selectedText(), "a2"); // the whole text is selected
+    EXPECT_EQ(tab(), b1);
+    // The Labels palette hidden: from a2 the walk skips b1 and wraps.
+    screen->set_focus_to(a2);
+    screen->settings_labels()->hide();
+    EXPECT_EQ(tab(), a1);
+    EXPECT_EQ(tab(true), a2);
+}
+
+TEST(expressions, ArithmeticTruncatesToUnsignedAndNonsenseIsZero) {
+    EXPECT_EQ(calc_dimension("1920/2"), 960u);
+    EXPECT_EQ(calc_dimension("1920*2"), 3840u);
+    EXPECT_EQ(calc_dimension("(3+4)*2.9"), 20u);
+    EXPECT_EQ(calc_dimension("abc"), 0u);
+    EXPECT_EQ(calc_dimension("-5"), 0u);
+    EXPECT_EQ(calc_dimension(""), 0u);
+    EXPECT_EQ(calc_dimension("0/0"), 0u);
+    EXPECT_FLOAT_EQ(calc_float_dimension("2.46"), 2.46f);
+    EXPECT_FLOAT_EQ(calc_float_dimension("500/2"), 250.0f);
+}
