@@ -4,6 +4,7 @@
 #include "app/main_window.h"
 #include "app/settings_file.h"
 #include "canvas/live_output.h"
+#include "canvas/main_impact.h"
 #include "core/data_folder.h"
 #include "core/diagnostics.h"
 #include "document/global.h"
@@ -143,6 +144,8 @@ void application::on_file_request(const std::string& path) {
     if (!loaded) global.load_default_layers();
     if (global.get_layers_count() > 0) screen->setCurrentLayerTo(0, true);
     main_window* window = main_window_pointer.get();
+    // Keys go to the canvas until the user picks a field.
+    if (screen->main_impact()) screen->main_impact()->setFocus();
     window->show();
     window->raise();
     window->activateWindow();

@@ -345,9 +345,11 @@ bool MainScreen::eventFilter(QObject* watched, QEvent* event) {
     }
     if (type == QEvent::MouseButtonPress) {
         auto* w = qobject_cast<QWidget*>(watched);
-        if (w && w->window() == window())
+        if (w && w->window() == window() && (w == this || isAncestorOf(w))) {
             m_last_click =
                 mapFromGlobal(static_cast<QMouseEvent*>(event)->globalPosition().toPoint());
+            on_mouse_down(w);
+        }
         return false;
     }
     if (type != QEvent::KeyPress && type != QEvent::KeyRelease) return false;
@@ -475,6 +477,18 @@ void MainScreen::set_focus_to(QWidget* widget) {
 }
 
 // ---------------------------------------------------------------- commands
+
+void MainScreen::on_mouse_down(QWidget* widget) {
+    if (!m_top_menu || !m_top_menu->is_showing_any_submenu()) return;
+    // A press in a drop-down is its entry's business; anywhere else folds.
+    for (QWidget* w = widget; w; w = w->parentWidget())
+        if (dynamic_cast<TopMenuSubmenu*>(w)) return;
+    m_top_menu->fold();
+}
+
+void MainScreen::foldTopMenu() {
+    if (m_top_menu) m_top_menu->fold();
+}
 
 void MainScreen::on_close() {
     if (m_quit_box) return;

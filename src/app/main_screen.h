@@ -83,6 +83,9 @@ class MainScreen : public QWidget, public workspace_host {
     void set_palettes_shown(bool shown);
 
     // --- commands
+    // A press anywhere folds an open menu, unless it is in a drop-down.
+    void on_mouse_down(QWidget* widget);
+    void foldTopMenu();
     void on_close();
     void showScreenInfo();
     void showLabelsInfo();

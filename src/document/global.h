@@ -56,6 +56,8 @@ class Global {
     file::path getFolderToSaveData() const;
     string getAppNameForStorage() const;
     nano2d::context* getContext() const { return nullptr; }
+    // The text of the top menu, the one place a different text could be given.
+    string get_menu_string() const;
 
     // --- creating, moving and removing layers
     pointer<app_layer> create_layer(enum_layer type);
@@ -207,6 +209,9 @@ class Global {
   protected:
     string m_last_write_error;
 };
+
+// The top menu's text: sections and their entries.
+const string& gettopMenuString();
 
 // The built-in catalogue of LED panel types, in the preset file format.
 string getPresetsSource();

@@ -4,6 +4,7 @@
 
 #include <QColor>
 #include <QFont>
+#include <QFontMetrics>
 #include <QPalette>
 #include <QString>
 #include <QWidget>
@@ -31,6 +32,14 @@ inline QFont sans(int pixel_size, bool bold = false) {
     f.setPixelSize(pixel_size);
     f.setBold(bold);
     return f;
+}
+
+// The largest "sans" up to max_size in which text fits width pixels: a
+// caption of a button of fixed width stays whole.
+inline QFont fitted_sans(const QString& text, int width, int max_size = 14) {
+    for (int size = max_size; size > 6; --size)
+        if (QFontMetrics(sans(size)).horizontalAdvance(text) <= width) return sans(size);
+    return sans(6);
 }
 
 // Gives a widget's text this colour (no style sheet: they cost a parse per

@@ -1,15 +1,155 @@
 #include "panels/top_panel.h"
 
+#include "document/global.h"
+#include "document/image_layer.h"
+#include "panels/look.h"
+#include "panels/widgets/expression.h"
+#include "panels/widgets/small_widgets.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPainter>
+#include <QPushButton>
+#include <QSignalBlocker>
+
+#include <cstdio>
+
 namespace Vantora_TesserinePro {
+
+namespace {
+
+QLabel* caption(QWidget* parent, const char* text) {
+    auto* label = new QLabel(text, parent);
+    label->setFont(look::sans(14));
+    look::set_text_color(label, look::text);
+    return label;
+}
+
+QLineEdit* number_field(QWidget* parent) {
+    auto* field = new QLineEdit(parent);
+    field->setFixedSize(80, 22);
+    field->setFont(look::sans(14));
+    return field;
+}
+
+// Writes text by program: no callback runs.
+void set_value(QLineEdit* field, const QString& text) {
+    const QSignalBlocker quiet(field);
+    field->setText(text);
+}
+
+} // namespace
 
 TopPanel::TopPanel(QWidget* parent, Global* global) : QWidget(parent), SettingsFromLayer(global) {
     setObjectName("TopPanel");
+    auto* row = new QHBoxLayout(this);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(10);
+    const auto blank = [&](int w) { row->addWidget(new NOP(this, w, 0)); };
+    const auto button = [&](const char* text, void (Global::*command)()) {
+        auto* b = new QPushButton(text, this);
+        b->setFixedWidth(80);
+        b->setFont(look::fitted_sans(text, 80 - 10));
+        b->setFocusPolicy(Qt::NoFocus);
+        connect(b, &QPushButton::clicked, this, [this, command] { (m_global->*command)(); });
+        row->addWidget(b);
+    };
+    button("Open Project", &Global::open_project_button);
+    blank(5);
+    button("Save Project", &Global::save_project_button);
+    blank(5);
+    button("Save Image", &Global::save_image_button);
+    blank(5);
+    row->addWidget(caption(this, "Raster Width:"));
+    blank(5);
+    m_width = number_field(this);
+    m_width->setObjectName("raster width");
+    row->addWidget(m_width);
+    blank(5);
+    row->addWidget(caption(this, "Raster Height:"));
+    blank(5);
+    m_height = number_field(this);
+    m_height->setObjectName("raster height");
+    row->addWidget(m_height);
+    blank(5);
+    m_aspect_label = caption(this, "Aspect ratio:");
+    row->addWidget(m_aspect_label);
+    blank(5);
+    m_aspect = new CheckboxWithFocus(this);
+    m_aspect->set_checked(true);
+    row->addWidget(m_aspect);
+    blank(5);
+    row->addWidget(caption(this, "Black BG:"));
+    blank(5);
+    m_black = new CheckboxWithFocus(this);
+    m_black->set_checked(global->black_background);
+    row->addWidget(m_black);
+    blank(5);
+    row->addWidget(caption(this, "Auto-Select:"));
+    blank(5);
+    m_auto = new CheckboxWithFocus(this);
+    m_auto->set_checked(global->auto_select);
+    row->addWidget(m_auto);
+    blank(5);
+    blank(15);
+    m_counts = caption(this, "");
+    row->addWidget(m_counts);
+    row->addStretch(1);
+
+    connect(m_width, &QLineEdit::editingFinished, this, [this] { on_raster_width(); });
+    connect(m_height, &QLineEdit::editingFinished, this, [this] { on_raster_height(); });
+    m_aspect->set_callback([this](bool value) {
+        // With no picture current the box keeps what the user set.
+        if (auto picture = m_global->current_image_layer()) picture->setMaintainAspectRatio(value);
+    });
+    m_black->set_callback([this](bool value) { m_global->black_background = value; });
+    m_auto->set_callback([this](bool value) { m_global->auto_select = value; });
+
+    showHideAspectRatio(false);
+    updatePaperNumbersVisual();
+    add_children_to_tab_order<>(this);
 }
 
-void TopPanel::updateCounts(long long, long long) {}
+void TopPanel::on_raster_width() {
+    const unsigned v = calc_dimension(m_width->text().toStdString());
+    set_value(m_width, QString::number(v));
+    m_global->set_paper_width(int(v));
+    // A raster of 0 or 1 reads as 1: then the label stays where it is.
+    if (m_global->get_paper_width() == int(v)) {
+        m_global->raster_label_x = m_global->get_paper_width() - m_global->raster_label_width;
+        m_global->host().raster_label_settings_from_raster(*m_global);
+    }
+}
 
-void TopPanel::updatePaperNumbersVisual() {}
+void TopPanel::on_raster_height() {
+    const unsigned v = calc_dimension(m_height->text().toStdString());
+    set_value(m_height, QString::number(v));
+    m_global->set_paper_height(int(v));
+    if (m_global->get_paper_height() == int(v)) {
+        m_global->raster_label_y = m_global->get_paper_height() - m_global->raster_label_height;
+        m_global->host().raster_label_settings_from_raster(*m_global);
+    }
+}
 
-void TopPanel::showHideAspectRatio(bool) {}
+void TopPanel::updateCounts(long layers, long presets) {
+    char text[128];
+    std::snprintf(text, sizeof text, "Layers Added: %ld, Presets Loaded: %ld", layers, presets);
+    m_counts->setText(text);
+}
+
+void TopPanel::updatePaperNumbersVisual() {
+    set_value(m_width, QString::number(m_global->get_paper_width()));
+    set_value(m_height, QString::number(m_global->get_paper_height()));
+}
+
+void TopPanel::showHideAspectRatio(bool show) {
+    m_aspect_label->setVisible(show);
+    m_aspect->setVisible(show);
+}
+
+void TopPanel::paintEvent(QPaintEvent*) {
+    QPainter(this).fillRect(rect(), QColor(0x3f, 0x3f, 0x3f));
+}
 
 } // namespace Vantora_TesserinePro

@@ -1,7 +1,9 @@
-// The live output on two monitors side by side: 1600 x 1000 and, to its
-// right, 800 x 600.
+// The live output on three monitors side by side: 1600 x 1000, then
+// 800 x 600, then 640 x 480; and the menu that chooses among them. (The
+// offscreen platform lists its monitors by name, hence the numbered names.)
 
 #include "canvas/live_output.h"
+#include "panels/top_menu.h"
 #include "window/window_fixture.h"
 
 #include <QGuiApplication>
@@ -19,13 +21,13 @@ struct live_output : window_test {
 } // namespace
 
 TEST_F(live_output, ChoosingAMonitorCoversItWithTheFrameAtFullSize) {
-    ASSERT_EQ(QGuiApplication::screens().size(), 2);
+    ASSERT_EQ(QGuiApplication::screens().size(), 3);
     start();
     window->setGeometry(100, 100, 1200, 800);
     // The main window's monitor is not offered.
-    EXPECT_EQ(get_live_output_monitors(window), std::vector<int>{1});
+    EXPECT_EQ(get_live_output_monitors(window), (std::vector<int>{1, 2}));
     window->setGeometry(1700, 100, 600, 400);
-    EXPECT_EQ(get_live_output_monitors(window), std::vector<int>{0});
+    EXPECT_EQ(get_live_output_monitors(window), (std::vector<int>{0, 2}));
     window->setGeometry(100, 100, 1200, 800);
 
     // "No Live Output" before any: nothing.
@@ -66,4 +68,32 @@ TEST_F(live_output, ChoosingAMonitorCoversItWithTheFrameAtFullSize) {
     // A close request does not close it.
     live()->close();
     EXPECT_TRUE(live()->isVisible());
+}
+
+TEST_F(live_output, TheMenuOffersTheOtherMonitorsNumberedFromOne) {
+    start();
+    window->setGeometry(1700, 100, 700, 450); // on the second monitor
+    TopMenu* menu = screen->top_menu();
+    auto captions = [&] {
+        std::vector<std::string> shown;
+        for (WidgetWithBackground* e :
+             menu->submenu(TopMenuSubmenu::live_output_section)->entries())
+            shown.push_back(e->getMenuName());
+        return shown;
+    };
+    menu->setSubmenu(TopMenuSubmenu::live_output_section);
+    EXPECT_EQ(captions(), (std::vector<std::string>{"No Live Output", "Live Output to Screen 1",
+                                                    "Live Output to Screen 3"}));
+    // Rebuilt at each opening: the window moved to the first monitor.
+    menu->fold();
+    window->setGeometry(100, 100, 1200, 800);
+    menu->setSubmenu(TopMenuSubmenu::live_output_section);
+    EXPECT_EQ(captions(), (std::vector<std::string>{"No Live Output", "Live Output to Screen 2",
+                                                    "Live Output to Screen 3"}));
+    // Choosing one shows the live output there and folds the menu.
+    QTest::mouseClick(menu->submenu(TopMenuSubmenu::live_output_section)->entries()[2],
+                      Qt::LeftButton);
+    ASSERT_NE(live(), nullptr);
+    EXPECT_EQ(live()->geometry(), QRect(2400, 0, 640, 480));
+    EXPECT_FALSE(menu->is_showing_any_submenu());
 }

@@ -1,0 +1,75 @@
+// The top panel: the raster fields with arithmetic, the raster label kept
+// at the edges, the switches and the counts.
+
+#include "panels/top_panel.h"
+#include "panels/widgets/small_widgets.h"
+#include "window/window_fixture.h"
+
+#include <QLabel>
+#include <QLineEdit>
+
+using namespace Vantora_TesserinePro;
+using namespace Vantora_TesserinePro::testing;
+
+namespace {
+
+struct panel_test : window_test {
+    void SetUp() override {
+        window_test::SetUp();
+        start();
+        panel = screen->top_panel();
+    }
+    // Types text into a field and commits it with Return.
+    void type(QLineEdit* field, const QString& text) {
+        field->setFocus();
+        field->selectAll();
+        QTest::keyClicks(field, text);
+        QTest::keyClick(field, Qt::Key_Return);
+    }
+    TopPanel* panel = nullptr;
+};
+
+} // namespace
+
+TEST_F(panel_test, RasterFieldsTakeArithmeticAndKeepTheLabelAtTheEdges) {
+    global->raster_label_width = 120;
+    global->raster_label_height = 40;
+    type(panel->raster_width(), "1920*2");
+    EXPECT_EQ(global->get_paper_width(), 3840);
+    EXPECT_EQ(panel->raster_width()->text(), "3840");
+    EXPECT_EQ(global->raster_label_x, 3840 - 120);
+    type(panel->raster_height(), "2160/2+0.9");
+    EXPECT_EQ(global->get_paper_height(), 1080);
+    EXPECT_EQ(global->raster_label_y, 1080 - 40);
+    // A raster of 0 reads as 1: the label stays where it was.
+    type(panel->raster_width(), "abc");
+    EXPECT_EQ(panel->raster_width()->text(), "0");
+    EXPECT_EQ(global->get_paper_width(), 1);
+    EXPECT_EQ(global->raster_label_x, 3840 - 120);
+    // A new workspace brings the fields and the counts along.
+    global->load_default_layers();
+    screen->reload_all(true);
+    EXPECT_EQ(panel->raster_width()->text(), "1920");
+    EXPECT_EQ(panel->counts()->text(), "Layers Added: 1, Presets Loaded: 9");
+}
+
+TEST_F(panel_test, TheSwitches) {
+    EXPECT_FALSE(panel->aspect_box()->isVisible());
+    auto picture = global->new_image_layer();
+    EXPECT_TRUE(panel->aspect_box()->isVisible()); // pictures only
+    QTest::mouseClick(panel->aspect_box(), Qt::LeftButton);
+    EXPECT_FALSE(picture->getMaintainAspectRatio());
+    // Back on the screen layer the box neither shows nor acts.
+    screen->setCurrentLayerTo(1, true);
+    EXPECT_FALSE(panel->aspect_box()->isVisible());
+
+    QTest::mouseClick(panel->black_box(), Qt::LeftButton);
+    EXPECT_FALSE(global->black_background);
+    QTest::mouseClick(panel->auto_select_box(), Qt::LeftButton);
+    EXPECT_FALSE(global->auto_select);
+    // The fields and boxes close the Tab chain.
+    const auto& chain = screen->tab_order();
+    ASSERT_GE(chain.size(), 5u);
+    EXPECT_EQ(chain[chain.size() - 5], panel->raster_width());
+    EXPECT_EQ(chain.back(), panel->auto_select_box());
+}
