@@ -385,6 +385,10 @@ bool MainScreen::keyboard_event(QKeyEvent* event) {
         if (m_main_impact) m_main_impact->update();
         return false;
     }
+    // The modifiers of any other key are the truth: a modal dialog may
+    // have taken the release of a modifier, which would then stay held.
+    held = modifier_groups(event->modifiers());
+    workspace->set_keyboard_modifiers(held);
     if (event->key() == Qt::Key_Tab || event->key() == Qt::Key_Backtab) {
         if (!release) {
             std::uint64_t groups = held;
@@ -620,7 +624,11 @@ void MainScreen::post_live_output_redraw() {
 }
 
 void MainScreen::post_main_window_redraw() {
-    if (m_building == 0) update();
+    if (m_building != 0) return;
+    update();
+    // The canvas's paint is the one that builds the frame and writes a
+    // requested export; a repaint of this widget alone may leave it be.
+    if (m_main_impact) m_main_impact->update();
 }
 
 void MainScreen::post_main_screen_layout() {

@@ -461,9 +461,8 @@ void MainImpact::leaveEvent(QEvent*) {
     update();
 }
 
-std::uint64_t MainImpact::groups_of(const QMouseEvent& event) {
+std::uint64_t modifier_groups(Qt::KeyboardModifiers m) {
     std::uint64_t groups = 0;
-    const Qt::KeyboardModifiers m = event.modifiers();
     if (m & Qt::ShiftModifier) groups |= keys::group_a;
         // Qt reports Command as Control on macOS, and Control as Meta there.
 #ifdef Q_OS_MACOS
@@ -472,6 +471,11 @@ std::uint64_t MainImpact::groups_of(const QMouseEvent& event) {
     if (m & Qt::ControlModifier) groups |= keys::group_b;
 #endif
     if (m & Qt::AltModifier) groups |= keys::group_c;
+    return groups;
+}
+
+std::uint64_t MainImpact::groups_of(const QMouseEvent& event) {
+    const std::uint64_t groups = modifier_groups(event.modifiers());
     workspace->set_keyboard_modifiers(groups);
     return groups;
 }

@@ -23,6 +23,9 @@ class boxes_layer;
 // Paints of any canvas so far.
 extern long long g_iMainImpactRedraw;
 
+// The modifier groups (Shift, Control or Command, Alt) of Qt's modifiers.
+std::uint64_t modifier_groups(Qt::KeyboardModifiers modifiers);
+
 class MainImpact : public QWidget {
   public:
     MainImpact(Global* workspace, QWidget* parent);

@@ -4,7 +4,9 @@
 #include "core/keys.h"
 #include "panels/look.h"
 #include "panels/right_panel.h"
+#include "render/draw2d_context.h"
 #include "support/recording_context.h"
+#include "support/test_support.h"
 #include "window/window_fixture.h"
 
 #include <QMessageBox>
@@ -254,4 +256,32 @@ TEST_F(canvas_test, ImageHandlesOfGoneLayersAreGivenBack) {
     layer->set_changed();
     canvas_pixels();
     EXPECT_EQ(handles(), steady);
+}
+
+TEST_F(canvas_test, AnOpenedProjectShowsTheFrameTheCommandLineBuilds) {
+    layer->DrawSnake = 1;
+    layer->set_changed();
+    QTemporaryDir dir;
+    const file::path saved(dir.filePath("shown.tsrx").toStdString());
+    ASSERT_TRUE(global->save_project_to_file(saved));
+    // Opened again, as the command line reads it: a saved project always
+    // switches the raster label on.
+    global->load_project_from_file(saved);
+    canvas_pixels();
+
+    recording_host host;
+    Global headless(&host);
+    headless.load_project_from_file(saved);
+    nano2d::draw2d_context context;
+    headless.defer_build_frame(true, &context);
+    const QImage& ours = *global->get_composite_image();
+    const QImage& theirs = *headless.get_composite_image();
+    ASSERT_EQ(ours.size(), theirs.size());
+    long long differ = 0;
+    for (int y = 0; y < ours.height(); ++y)
+        for (int x = 0; x < ours.width(); ++x)
+            if (ours.pixel(x, y) != theirs.pixel(x, y)) ++differ;
+    EXPECT_EQ(differ, 0);
+    // The raster label, docked in the bottom right corner, is in both.
+    EXPECT_NE(qAlpha(ours.pixel(ours.width() - 5, ours.height() - 5)), 0);
 }

@@ -1,7 +1,10 @@
 #!/usr/bin/env bash
 # The real tesserine under Xvfb: it opens its window with the menu strip and
-# the new workspace's screen layer under the top panel at the canvas's pan,
-# and a close request asks the question, whose "Yes" ends the program.
+# the new workspace's screen layer under the top panel at the canvas's pan;
+# a user drags the screen, knocks a cabinet out, switches the data path on
+# by shortcuts and saves and exports through the file dialog, and what is
+# written matches what the command line makes of it; a close request asks
+# the question, whose "Yes" ends the program.
 # Usage: xvfb.sh PATH_TO_TESSERINE
 set -uo pipefail
 BIN="$(realpath "$1")"
@@ -41,6 +44,66 @@ check "the chequer's tint" pixel_is window.png $((280 + 300)) $((70 + 200)) "149
 # The right panel covers the canvas at the window's right edge.
 W="$(identify -format '%w' window.png)"
 check "the right panel" pixel_is window.png $((W - 100)) 500 "29,29,29"
+
+# answer KEYS TITLE FILE: a command that asks for a file, answered by typing
+# its path into the dialog; waits for the dialog to go.
+answer() {
+  xdotool windowfocus --sync "$WID" 2>/dev/null
+  xdotool key "$1"
+  wait_for "the dialog of $1" 20 has_window "^$2" || return 1
+  xdotool windowfocus --sync "$(window_id "^$2")" 2>/dev/null
+  xdotool type --delay 5 "$3"
+  xdotool key Return
+  wait_for "the end of the dialog of $1" 20 no_window "^$2"
+}
+# save_as KEYS FILE: as answer, and waits for the file.
+save_as() { answer "$1" "Save As" "$2" && wait_for "$2" 20 test -s "$2"; }
+no_window() { ! has_window "$1"; }
+# project_has FILE PYTHON: a condition on the project as `info` reports it
+# (d is the report, s the first layer's parameters).
+project_has() {
+  "$BIN" info "$1" 2>/dev/null | python3 -c '
+import json, sys
+d = json.load(sys.stdin)
+s = d["layers"][0]["parameters"]
+sys.exit(0 if eval(sys.argv[1]) else 1)' "$2"
+}
+# at X Y: a point of the raster on the screen, the canvas at zoom 1 and its
+# default pan below the top panel.
+at() { echo $((WX + 280 + $1)) $((WY + 70 + $2)); }
+
+# Shift drags the screen (grabbed inside cabinet (1, 1)) by (100, 50).
+read -r PX PY < <(at 200 200)
+xdotool mousemove "$PX" "$PY" keydown shift mousedown 1 \
+  mousemove $((PX + 50)) $((PY + 25)) mousemove $((PX + 100)) $((PY + 50)) mouseup 1 keyup shift
+check "Ctrl+S saves the project" save_as ctrl+s "$WORK/moved.tsrx"
+check "the screen moved by (100, 50)" project_has moved.tsrx \
+  'd["layers"][0]["offset_x"] == 100 and d["layers"][0]["offset_y"] == 50'
+
+# Control pressed on cabinet (2, 1), now at (356..484, 178..306), knocks it out.
+read -r PX PY < <(at 420 240)
+xdotool mousemove "$PX" "$PY" keydown ctrl click 1 keyup ctrl
+check "the project saved again" save_as ctrl+s "$WORK/excluded.tsrx"
+check "one cabinet knocked out" project_has excluded.tsrx \
+  'd["layers"][0]["cabinets"] == 39 and s["ExcludeBoxes"] != ""'
+
+# The data path on, its third pattern, and a clone of the screen.
+xdotool key ctrl+shift+d ctrl+3 ctrl+d
+check "the shortcuts' project saved" save_as ctrl+s "$WORK/edited.tsrx"
+check "data path on, pattern 3, cloned" project_has edited.tsrx \
+  'len(d["layers"]) == 2 and all(l["parameters"]["DrawSnake"] == "1" and
+   l["parameters"]["SnakeMode"] == "2" for l in d["layers"])'
+
+# Opened again, the project shows what the command line renders of it
+# (reading a project switches the raster label on), and the exports are
+# that frame.
+check "Ctrl+O opens the project" answer ctrl+o "Open" "$WORK/edited.tsrx"
+"$BIN" render edited.tsrx -o expected.png 2>/dev/null
+"$BIN" render edited.tsrx -o expected.psd 2>/dev/null
+check "Alt+S exports a PNG" save_as alt+s "$WORK/frame.png"
+check "the PNG is the command line's" wait_for "the whole PNG" 20 cmp -s frame.png expected.png
+check "Ctrl+Alt+S exports a PSD" save_as ctrl+alt+s "$WORK/frame.psd"
+check "the PSD is the command line's" wait_for "the whole PSD" 20 cmp -s frame.psd expected.psd
 
 # Closing asks; Return answers "Yes" and the program ends.
 check "the close request is sent" close_request "$WID"
