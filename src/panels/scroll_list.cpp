@@ -13,6 +13,7 @@
 #include <QPainter>
 #include <QPainterPath>
 #include <QPushButton>
+#include <QStaticText>
 #include <QVBoxLayout>
 
 #include <cmath>
@@ -52,6 +53,29 @@ int next_drag_group() {
     static int group = 1000;
     return ++group;
 }
+
+// A label of a row. A list shows dozens of them, and a paint with nothing
+// changed must stay cheap: the text is laid out once, when it changes,
+// and not at every paint.
+class row_label : public QLabel {
+  public:
+    row_label(const QString& text, QWidget* parent) : QLabel(text, parent) {
+        m_text.setPerformanceHint(QStaticText::AggressiveCaching);
+    }
+
+  protected:
+    void paintEvent(QPaintEvent*) override {
+        if (m_text.text() != text()) m_text.setText(text());
+        QPainter p(this);
+        p.setFont(font());
+        p.setPen(palette().color(QPalette::WindowText));
+        const QFontMetrics metrics(font());
+        p.drawStaticText(0, (height() - metrics.height()) / 2, m_text);
+    }
+
+  private:
+    QStaticText m_text;
+};
 
 void set_text_if_changed(QLabel* label, const QString& text) {
     if (label->text() != text) label->setText(text);
@@ -266,12 +290,14 @@ ScrollList::list_item* ScrollList::get_contained_item(long long index) {
         auto* grid = new QGridLayout(item->clickable);
         grid->setContentsMargins(0, 0, 0, 0);
         grid->setSpacing(0);
+        // A little air between a caption and its value.
+        grid->setHorizontalSpacing(6);
         grid->setAlignment(Qt::AlignLeft | Qt::AlignTop);
         QLabel** values[] = {&item->width, &item->height, &item->columns, &item->rows};
         const char* captions[] = {"Width", "Height", "Columns", "Rows"};
         for (int i = 0; i < 4; ++i) {
-            grid->addWidget(new QLabel(captions[i], item->clickable), i, 0);
-            *values[i] = new QLabel(item->clickable);
+            grid->addWidget(new row_label(captions[i], item->clickable), i, 0);
+            *values[i] = new row_label(QString(), item->clickable);
             grid->addWidget(*values[i], i, 1);
         }
         // It sets the width of the values' column.
