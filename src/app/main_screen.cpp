@@ -150,6 +150,8 @@ void MainScreen::create_main_screen() {
     settings_load_layout();
     resize_elements_to_window_size(width(), height());
     workspace->load_default_presets();
+    // The lists fill at the first turn of the event loop.
+    post_layout();
     // Shortcuts and Tab work wherever the focus is in this window.
     qApp->installEventFilter(this);
     show();
@@ -549,8 +551,11 @@ void MainScreen::openHelpLink() {
 }
 
 void MainScreen::showAddLayerContextMenu() {
+    // Above the last click, so that the menu opens over the "+" pressed.
+    m_add_layer_context_menu->setGeometry(m_last_click.x(), m_last_click.y() - 90, 100, 90);
     m_add_layer_context_menu->show();
     m_add_layer_context_menu->raise();
+    m_add_layer_context_menu->update();
 }
 
 // ---------------------------------------------------------------- host

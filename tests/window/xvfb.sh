@@ -41,9 +41,11 @@ check "the menu strip" pixel_is window.png 5 5 "38,38,38"
 check "the background left of the raster" pixel_is window.png 5 $((70 + 400)) "48,48,52"
 # Cabinet (2, 1) is the tint of the chequer.
 check "the chequer's tint" pixel_is window.png $((280 + 300)) $((70 + 200)) "149,184,184"
-# The right panel covers the canvas at the window's right edge.
+# The right panel covers the canvas at the window's right edge; between
+# its two lists, which share its height, its own colour shows.
 W="$(identify -format '%w' window.png)"
-check "the right panel" pixel_is window.png $((W - 100)) 500 "29,29,29"
+H="$(identify -format '%h' window.png)"
+check "the right panel" pixel_is window.png $((W - 100)) $((60 + (H - 60) / 2 - 3)) "29,29,29"
 
 # answer KEYS TITLE FILE: a command that asks for a file, answered by typing
 # its path into the dialog; waits for the dialog to go.

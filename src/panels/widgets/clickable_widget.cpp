@@ -79,8 +79,11 @@ void ClickableWidget::mouseReleaseEvent(QMouseEvent* event) {
         return;
     }
     set_palettes_shown(true);
-    if (ClickableWidget* peer = peer_at(event->globalPosition())) {
-        if (peer->m_drop) peer->m_drop(peer, this);
+    // A release on a peer that takes drops is a drop; on any other (its
+    // own row, say) it stays a click.
+    ClickableWidget* peer = peer_at(event->globalPosition());
+    if (peer && peer->m_drop) {
+        peer->m_drop(peer, this);
         return;
     }
     if (rect().contains(event->position().toPoint())) run_click();

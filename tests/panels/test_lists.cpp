@@ -1,0 +1,281 @@
+// The layer list and the preset list: rows top-down, arrows and drags,
+// the labels, visibility, the presets' buttons, the add menu, reused rows
+// and one sync per frame.
+
+#include "panels/add_layer_context_menu.h"
+#include "panels/right_panel.h"
+#include "panels/scroll_list.h"
+#include "panels/widgets/small_widgets.h"
+#include "window/window_fixture.h"
+
+#include <QLabel>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QTemporaryDir>
+
+using namespace Vantora_TesserinePro;
+using namespace Vantora_TesserinePro::testing;
+
+namespace {
+
+struct lists : window_test {
+    void SetUp() override {
+        window_test::SetUp();
+        start();
+        panel = screen->right_panel();
+        rows = panel->layer_list()->list();
+        presets = panel->preset_list()->list();
+        sync();
+    }
+    // Lets the posted sync run.
+    void sync() {
+        screen->reload_all(true);
+        const int before = panel->sync_count();
+        ASSERT_TRUE(wait_until([&] { return panel->sync_count() > before; }));
+        QCoreApplication::processEvents(); // the layouts settle
+    }
+    // A project of screen layers with these names, element 0 first.
+    void make_layers(const std::vector<std::string>& names) {
+        global->load_default_layers();
+        while (global->get_layers_count() < (long long)names.size())
+            global->new_boxes_layer();
+        for (std::size_t i = 0; i < names.size(); ++i)
+            global->get_layer((long long)i)->set_name(names[i]);
+        sync();
+    }
+    // The names of the rows as shown, top first.
+    std::vector<std::string> shown(ScrollList* list) {
+        std::vector<std::string> names;
+        for (ScrollList::list_item* item : list->shown_items())
+            if (item->row->isVisible()) names.push_back(item->picture->layer()->get_name());
+        return names;
+    }
+    std::vector<std::string> stack() {
+        std::vector<std::string> names;
+        for (long long i = 0; i < global->get_layers_count(); ++i)
+            names.push_back(global->get_layer(i)->get_name());
+        return names;
+    }
+    ScrollList::list_item* row_of(long long index) {
+        return rows->item_of(global->get_layer(index).get());
+    }
+    QPushButton* bottom_button(RightPanelList* list, const QString& caption) {
+        for (QPushButton* b : list->bottom()->findChildren<QPushButton*>())
+            if (b->text() == caption) return b;
+        return nullptr;
+    }
+
+    RightPanel* panel = nullptr;
+    ScrollList* rows = nullptr;
+    ScrollList* presets = nullptr;
+};
+
+using names = std::vector<std::string>;
+
+} // namespace
+
+TEST_F(lists, AnEmptyProjectHasNoRowsAndItsButtonsDoNothingHarmful) {
+    global->m_project = std::make_shared<project>();
+    sync();
+    EXPECT_TRUE(shown(rows).empty());
+    for (const char* caption : {"Clone Current", "+", "-"})
+        ASSERT_NE(bottom_button(panel->layer_list(), caption), nullptr) << caption;
+    QTest::mouseClick(bottom_button(panel->layer_list(), "-"), Qt::LeftButton);
+    QTest::mouseClick(bottom_button(panel->layer_list(), "Clone Current"), Qt::LeftButton);
+    sync();
+    EXPECT_EQ(global->get_layers_count(), 0);
+    EXPECT_TRUE(shown(rows).empty());
+    // The two lists share the height.
+    EXPECT_EQ(panel->layer_list()->height(), panel->preset_list()->height());
+    EXPECT_EQ(panel->layer_list()->height(), panel->height() / 2 - 5);
+}
+
+TEST_F(lists, ThreeLayersShowTopDownAndTheArrowsMoveTheMiddleOne) {
+    make_layers({"A", "B", "C"});
+    EXPECT_EQ(shown(rows), (names{"C", "B", "A"}));
+    QTest::mouseClick(row_of(1)->up, Qt::LeftButton); // B up
+    sync();
+    EXPECT_EQ(stack(), (names{"A", "C", "B"}));
+    EXPECT_EQ(shown(rows), (names{"B", "C", "A"}));
+    EXPECT_EQ(rows->selected_item(), row_of(2)->row);   // B, now current
+    QTest::mouseClick(row_of(2)->down, Qt::LeftButton); // and back down
+    sync();
+    QTest::mouseClick(row_of(1)->down, Qt::LeftButton);
+    sync();
+    EXPECT_EQ(stack(), (names{"B", "A", "C"}));
+    // A click on a row selects its layer.
+    QTest::mouseClick(row_of(2)->picture, Qt::LeftButton);
+    EXPECT_EQ(global->get_current_layer_id(), 2);
+    QTest::mouseClick(row_of(0)->clickable, Qt::LeftButton, {}, QPoint(5, 5));
+    EXPECT_EQ(global->get_current_layer_id(), 0);
+}
+
+TEST_F(lists, ADragReordersAtEachRowEntered) {
+    make_layers({"A", "B", "C", "D"});
+    ASSERT_EQ(shown(rows), (names{"D", "C", "B", "A"}));
+    LayerPreviewImage* dragged = row_of(3)->picture; // D, at the top
+    const QPoint start(20, 40);
+    QTest::mousePress(dragged, Qt::LeftButton, {}, start);
+    std::vector<names> seen;
+    // Down into C's row, then into B's: each entry reorders at once.
+    for (const char* next : {"C", "B"}) {
+        ScrollList::list_item* target = nullptr;
+        for (ScrollList::list_item* item : rows->shown_items())
+            if (item->picture->layer()->get_name() == next) target = item;
+        // Just inside the row's top edge, which shows in the viewport.
+        const QPoint at = dragged->mapFromGlobal(target->picture->mapToGlobal(QPoint(20, 10)));
+        QMouseEvent move(QEvent::MouseMove, QPointF(at), dragged->mapToGlobal(QPointF(at)),
+                         Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(dragged, &move);
+        seen.push_back(stack());
+        // The rows follow before the hand moves on.
+        sync();
+    }
+    QTest::mouseRelease(dragged, Qt::LeftButton, {}, start);
+    EXPECT_EQ(seen, (std::vector<names>{{"A", "B", "D", "C"}, {"A", "D", "B", "C"}}));
+    EXPECT_EQ(shown(rows), (names{"C", "B", "D", "A"}));
+}
+
+TEST_F(lists, HalfCabinetsShowAsHalfAColumnOrRowOnce) {
+    make_layers({"A"});
+    auto layer = global->current_boxes_layer();
+    ASSERT_TRUE(layer);
+    layer->Columns = 5;
+    layer->Rows = 3;
+    struct {
+        unsigned long flags;
+        const char *columns, *rows;
+    } cases[] = {
+        {0b0000, "5.00", "3.00"}, {0b0001, "4.50", "3.00"}, {0b0011, "4.50", "3.00"},
+        {0b0100, "5.00", "2.50"}, {0b1110, "4.50", "2.50"},
+    };
+    for (const auto& c : cases) {
+        layer->HalfColumns = std::bitset<4>(c.flags);
+        sync();
+        EXPECT_EQ(row_of(0)->columns->text(), c.columns) << c.flags;
+        EXPECT_EQ(row_of(0)->rows->text(), c.rows) << c.flags;
+    }
+    EXPECT_EQ(row_of(0)->width->text(), QString::number(layer->get_width()));
+}
+
+TEST_F(lists, AnImageRowShowsNotApplicableAndItsPixelSize) {
+    make_layers({"A"});
+    auto picture = global->new_image_layer();
+    picture->setMaintainAspectRatio(false);
+    picture->set_width(640);
+    picture->set_height(360);
+    sync();
+    ScrollList::list_item* item = rows->item_of(picture.get());
+    ASSERT_TRUE(item);
+    EXPECT_EQ(item->columns->text(), "N/A");
+    EXPECT_EQ(item->rows->text(), "N/A");
+    EXPECT_EQ(item->width->text(), "640");
+    EXPECT_EQ(item->height->text(), "360");
+}
+
+TEST_F(lists, ANewRowMakesItsLayerVisibleButTheBoxHidesAtOnce) {
+    make_layers({"A", "B"});
+    QTest::mouseClick(row_of(1)->visible, Qt::LeftButton);
+    EXPECT_TRUE(global->get_layer(1)->is_hidden());
+    sync();
+    EXPECT_FALSE(row_of(1)->visible->isChecked());
+    // Saved with B hidden and opened again: new layer objects, new rows.
+    QTemporaryDir dir;
+    const std::string path = dir.filePath("hidden.tsrx").toStdString();
+    ASSERT_TRUE(global->save_project_to_file(file::path(path)));
+    global->load_project_from_file(file::path(path));
+    ASSERT_EQ(global->get_layers_count(), 2);
+    ASSERT_TRUE(global->get_layer(1)->is_hidden()); // as loaded
+    sync();
+    EXPECT_FALSE(global->get_layer(1)->is_hidden());
+    EXPECT_TRUE(row_of(1)->visible->isChecked());
+}
+
+TEST_F(lists, PresetCloneAndRemove) {
+    ASSERT_GE(global->get_presets_count(), 3);
+    EXPECT_EQ(shown(presets).size(), std::size_t(global->get_presets_count()));
+    make_layers({"A"});
+    const pointer<app_layer> third = global->get_presets()[2];
+    const long long count = global->get_presets_count();
+    QTest::mouseClick(presets->item_of(third.get())->clone, Qt::LeftButton);
+    ASSERT_EQ(global->get_layers_count(), 2);
+    EXPECT_EQ(global->get_presets_count(), count); // the preset stays
+    auto copy = std::dynamic_pointer_cast<boxes_layer>(global->current_layer());
+    auto original = std::dynamic_pointer_cast<boxes_layer>(third);
+    ASSERT_TRUE(copy && original);
+    EXPECT_NE(copy, original);
+    EXPECT_EQ(std::tie(copy->Columns, copy->Rows, copy->Width, copy->Height),
+              std::tie(original->Columns, original->Rows, original->Width, original->Height));
+    QTest::mouseClick(presets->item_of(third.get())->up, Qt::LeftButton); // "-"
+    EXPECT_EQ(global->get_presets_count(), count - 1);
+    sync();
+    EXPECT_FALSE(presets->item_of(third.get())->row->isVisible());
+    EXPECT_EQ(shown(presets).size(), std::size_t(count - 1));
+}
+
+TEST_F(lists, AddToPresetPutsACopyOfTheCurrentScreenLayerFirst) {
+    make_layers({"Wall"});
+    const long long count = global->get_presets_count();
+    QTest::mouseClick(bottom_button(panel->preset_list(), "Add to Preset"), Qt::LeftButton);
+    sync();
+    ASSERT_EQ(global->get_presets_count(), count + 1);
+    EXPECT_EQ(shown(presets).front(), "Wall");
+    // A picture cannot become a preset: nothing happens.
+    global->new_image_layer();
+    QTest::mouseClick(bottom_button(panel->preset_list(), "Add to Preset"), Qt::LeftButton);
+    EXPECT_EQ(global->get_presets_count(), count + 1);
+}
+
+TEST_F(lists, TheAddMenuOpensAboveTheClickWithItsFourEntries) {
+    make_layers({"A"});
+    QPushButton* plus = bottom_button(panel->layer_list(), "+");
+    QTest::mouseClick(plus, Qt::LeftButton);
+    AddLayerContextMenu* menu = screen->add_layer_context_menu();
+    ASSERT_TRUE(menu->isVisible());
+    const QPoint click = screen->mapFromGlobal(plus->mapToGlobal(plus->rect().center()));
+    EXPECT_EQ(menu->geometry(), QRect(click.x(), click.y() - 90, 100, 90));
+    names captions;
+    for (WidgetWithBackground* e : menu->entries())
+        captions.push_back(e->getMenuName());
+    EXPECT_EQ(captions, (names{"Led Screen", "Images", "Logo", "Cancel"}));
+    QTest::mouseClick(menu->entries()[0], Qt::LeftButton);
+    EXPECT_FALSE(menu->isVisible());
+    EXPECT_EQ(global->get_layers_count(), 2);
+    QTest::mouseClick(plus, Qt::LeftButton);
+    QTest::mouseClick(menu->entries()[3], Qt::LeftButton); // Cancel
+    EXPECT_FALSE(menu->isVisible());
+    EXPECT_EQ(global->get_layers_count(), 2);
+}
+
+TEST_F(lists, ARowIsReusedWhenItsLayerComesBack) {
+    make_layers({"A", "B"});
+    const pointer<app_layer> b = global->get_layer(1);
+    WidgetWithBackground* row = row_of(1)->row;
+    const std::size_t made = rows->rows_made();
+    global->set_current_layer_index(1);
+    global->delete_current_layer();
+    sync();
+    EXPECT_FALSE(row->isVisible());
+    EXPECT_TRUE(rows->item_of(b.get())->picture->image().isNull()); // gave its picture up
+    global->insert_layer_at(b, -1);
+    sync();
+    EXPECT_EQ(rows->item_of(b.get())->row, row);
+    EXPECT_TRUE(row->isVisible());
+    EXPECT_EQ(rows->rows_made(), made);
+    EXPECT_FALSE(rows->item_of(b.get())->picture->image().isNull());
+}
+
+TEST_F(lists, ManyReloadsBetweenTwoFramesCostOneSync) {
+    make_layers({"A", "B", "C"});
+    const int before = panel->sync_count();
+    for (int i = 0; i < 50; ++i)
+        screen->reload_all(true);
+    EXPECT_EQ(panel->sync_count(), before);
+    ASSERT_TRUE(wait_until([&] { return panel->sync_count() > before; }));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(panel->sync_count(), before + 1);
+    // A paint with nothing changed repaints no picture.
+    const long long painted = row_of(0)->picture->repaints();
+    panel->repaint();
+    EXPECT_EQ(row_of(0)->picture->repaints(), painted);
+}
