@@ -65,7 +65,7 @@ SettingsLabels::SettingsLabels(QWidget* parent, Global* global)
     QGridLayout* name_grid = grid_layout(second);
     name_grid->addWidget(make_caption(second, "Layer Name:"), 0, 0, cell);
     name = make_text_box(second);
-    name->setMinimumWidth(150);
+    name->setFixedSize(100, 22);
     name_grid->addWidget(name, 0, 1, cell);
 
     for (int i = 0; i < 4; ++i)

@@ -42,6 +42,18 @@ check "the chequer's tint" pixel_is window.png $((280 + 300)) $((70 + 200)) "149
 W="$(identify -format '%w' window.png)"
 check "the right panel" pixel_is window.png $((W - 100)) 500 "29,29,29"
 
+# Tab from nowhere lands in "Offset X" of Screen Info with its text
+# selected: typing replaces it, and Return moves the layer by the result.
+xdotool windowfocus --sync "$WID" 2>/dev/null
+xdotool key --window "$WID" Tab
+xdotool type --window "$WID" --delay 20 "1920/8"
+xdotool key --window "$WID" Return
+moved() {
+  shoot window.png "$WID" && pixel_is window.png $((280 + 240 + 200)) $((70 + 200)) "63,127,127" &&
+    ! pixel_is window.png $((280 + 200)) $((70 + 200)) "63,127,127"
+}
+check "Tab, 1920/8 and Return move the layer to 240" wait_for "the layer at 240" 20 moved
+
 # Closing asks; Return answers "Yes" and the program ends.
 check "the close request is sent" close_request "$WID"
 check "the question" wait_for "the quit question" 20 has_window "^Quit"
