@@ -39,9 +39,6 @@ namespace Vantora_TesserinePro {
 
 namespace {
 
-// The maker's page, where the menu's three links lead.
-const char* const web_address = "https://tesserine.app";
-
 // The modifier key a Qt key stands for; 0 for any other key. Qt reports
 // Command as Control on macOS, and the Control key there as Meta.
 std::uint64_t modifier_bit(int key) {

@@ -40,6 +40,8 @@ class MainScreen : public QWidget, public workspace_host {
     ~MainScreen() override;
     // The main screen a widget belongs to, or null.
     static MainScreen* of(QWidget* widget);
+    // The maker's page, where the menu's three links lead.
+    static constexpr const char* web_address = "https://tesserine.app";
 
     void create_main_screen();
     Global& global() const { return *workspace; }

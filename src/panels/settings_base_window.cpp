@@ -31,10 +31,9 @@ void SettingsFromLayer::add_to_tab_order(QWidget* widget) {
 }
 
 void SettingsBaseWindow::setTextBoxesFixedSize(const QSize& size) {
-    for (QLineEdit* edit : findChildren<QLineEdit*>()) {
-        if (qobject_cast<QAbstractSpinBox*>(edit->parentWidget())) continue;
+    // Only the palette's own fields: those inside a row group keep theirs.
+    for (QLineEdit* edit : m_body->findChildren<QLineEdit*>(Qt::FindDirectChildrenOnly))
         edit->setFixedSize(size);
-    }
 }
 
 SettingsBaseWindow::SettingsBaseWindow(QWidget* parent, Global* global, const QString& title)

@@ -58,7 +58,7 @@ class SettingsBaseWindow : public QFrame, public SettingsFromLayer {
     // Whether the palette shows: false while palettes step aside for a
     // drag, whatever the widget says.
     bool palette_visible() const;
-    // Gives every text field among the children this size.
+    // Gives the text fields that are direct children of the body this size.
     void setTextBoxesFixedSize(const QSize& size);
 
     // Called when the palette was moved by its title bar.

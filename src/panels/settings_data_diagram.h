@@ -4,11 +4,51 @@
 
 #include "panels/settings_base_window.h"
 
+#include <vector>
+
 namespace Vantora_TesserinePro {
+
+class CheckboxWithFocus;
+class ColorPicker;
+class IntBox;
+class W_Image;
 
 class SettingsDataDiagram : public SettingsBaseWindow {
   public:
+    // The eight patterns, each a box and its picture; the boxes act as
+    // radio buttons.
+    class W_SnakeChoicer : public QWidget, public SettingsFromLayer {
+      public:
+        W_SnakeChoicer(QWidget* parent, Global* global);
+        void get_settings_from_layer(const pointer<boxes_layer>& layer) override;
+        std::vector<CheckboxWithFocus*> boxes;
+        std::vector<W_Image*> images;
+    };
+    // Colour, width, switches, type and pixel limit of the path.
+    class W_SnakeSecondParams : public QWidget, public SettingsFromLayer {
+      public:
+        W_SnakeSecondParams(QWidget* parent, Global* global);
+        void get_settings_from_layer(const pointer<boxes_layer>& layer) override;
+        CheckboxWithFocus* random_colors;
+        ColorPicker* color;
+        CheckboxWithFocus* visible;
+        IntBox* line_width;
+        CheckboxWithFocus* custom_path;
+        CheckboxWithFocus* skip_blank;
+        CheckboxWithFocus* novastar;
+        CheckboxWithFocus* other_type;
+        IntBox* pixel_limit;
+    };
+
     SettingsDataDiagram(QWidget* parent, Global* global);
+    void get_settings_from_layer(const pointer<boxes_layer>& layer) override;
+
+    W_SnakeChoicer* choicer() const { return m_choicer; }
+    W_SnakeSecondParams* second_params() const { return m_second; }
+
+  private:
+    W_SnakeChoicer* m_choicer;
+    W_SnakeSecondParams* m_second;
 };
 
 } // namespace Vantora_TesserinePro

@@ -1,12 +1,159 @@
 #include "panels/settings_power.h"
 
+#include "document/boxes_layer.h"
+#include "panels/look.h"
+#include "panels/widgets/fields.h"
+
+#include <QComboBox>
+#include <QGridLayout>
+#include <QLineEdit>
+#include <QSignalBlocker>
+#include <QVBoxLayout>
+
+#include <cstdio>
+#include <cstdlib>
+
 namespace Vantora_TesserinePro {
+
+namespace {
+
+// The voltages of the box's first five entries.
+constexpr int standard_volts[] = {110, 208, 220, 230, 240};
+
+constexpr Qt::Alignment cell = Qt::AlignLeft | Qt::AlignVCenter;
+
+QComboBox* combo(QWidget* parent, const QStringList& items) {
+    auto* box = new QComboBox(parent);
+    box->addItems(items);
+    box->setFixedSize(70, 22);
+    // The longest entry whole beside the arrow, in "sans" 14 if it fits.
+    QString longest;
+    for (const QString& item : items)
+        if (item.size() > longest.size()) longest = item;
+    box->setFont(look::fitted_sans(longest, 70 - 26));
+    box->setFocusPolicy(Qt::NoFocus);
+    return box;
+}
+
+void select_quietly(QComboBox* box, int index) {
+    const QSignalBlocker quiet(box);
+    box->setCurrentIndex(index);
+}
+
+} // namespace
 
 SettingsPower::SettingsPower(QWidget* parent, Global* global)
     : SettingsBaseWindow(parent, global, "Power") {
-    resize(286, 510);
+    auto* column = new QVBoxLayout(body());
+    column->setContentsMargins(3, 3, 3, 3);
+    column->setSpacing(3);
+    auto* grid_widget = new W_Grid(body());
+    auto* grid = new QGridLayout(grid_widget);
+    grid->setContentsMargins(0, 0, 0, 0);
+    grid->setSpacing(4);
+    int row = 0;
+    const auto add = [&](QLabel* caption, QWidget* control) {
+        grid->addWidget(caption, row, 0, cell);
+        grid->addWidget(control, row, 1, cell);
+        ++row;
+    };
+    volts = combo(grid_widget, {"110V", "208V", "220V", "230V", "240V", "Custom"});
+    add(make_caption(grid_widget, "Volts (Line to Ground)"), volts);
+    custom_caption = make_caption(grid_widget, "(Custom)");
+    custom_volts = make_text_box(grid_widget);
+    custom_volts->setFixedSize(70, 22);
+    add(custom_caption, custom_volts);
+    phases = combo(grid_widget, {"1 Phase", "3 Phases"});
+    add(make_caption(grid_widget, "Phases"), phases);
+    watts = new IntBox(grid_widget);
+    watts->setFixedSize(70, 22);
+    add(make_caption(grid_widget, "Watts"), watts);
+    show_custom(false);
+
+    total = make_caption(body(), "Total Power: 0 Amp");
+    column->addWidget(grid_widget, 0, Qt::AlignHCenter);
+    column->addWidget(total, 0, Qt::AlignHCenter);
+
+    connect(volts, &QComboBox::currentIndexChanged, this, [this](int i) { on_volts(i); });
+    connect(custom_volts, &QLineEdit::editingFinished, this, [this] { on_custom_volts(); });
+    connect(phases, &QComboBox::currentIndexChanged, this, [this](int i) {
+        if (const pointer<boxes_layer> layer = current_boxes_layer()) {
+            layer->PowerPhases = i != 0 ? 3 : 1;
+            layer->set_changed();
+        }
+        update_amperes();
+    });
+    watts->set_callback([this](int v) {
+        if (const pointer<boxes_layer> layer = current_boxes_layer()) {
+            layer->PowerWatts = v;
+            layer->set_changed();
+        }
+        update_amperes();
+    });
+    // The palette's text is fixed in size by its fields; the total line
+    // may grow.
+    layout()->setSizeConstraint(QLayout::SetFixedSize);
 }
 
-void SettingsPower::update_amperes() {}
+void SettingsPower::show_custom(bool shown) {
+    custom_caption->setVisible(shown);
+    custom_volts->setVisible(shown);
+}
+
+void SettingsPower::on_volts(int index) {
+    const pointer<boxes_layer> layer = current_boxes_layer();
+    if (index >= 0 && index < 5) {
+        if (layer) {
+            layer->PowerVolts = standard_volts[index];
+            layer->set_changed();
+        }
+        show_custom(false);
+    } else if (index == 5) {
+        // "Custom" starts at 120 V, before anything is typed.
+        if (layer) {
+            layer->PowerVolts = 120;
+            layer->set_changed();
+        }
+        set_text_quietly(custom_volts, "120");
+        show_custom(true);
+    }
+    update_amperes();
+}
+
+void SettingsPower::on_custom_volts() {
+    const int n = std::atoi(custom_volts->text().toUtf8().constData());
+    // A standard voltage typed here leaves custom mode.
+    for (int i = 0; i < 5; ++i)
+        if (n == standard_volts[i]) {
+            select_quietly(volts, i);
+            show_custom(false);
+        }
+    if (const pointer<boxes_layer> layer = current_boxes_layer()) {
+        layer->PowerVolts = n;
+        layer->set_changed();
+    }
+    update_amperes();
+}
+
+void SettingsPower::get_settings_from_layer(const pointer<boxes_layer>& layer) {
+    if (!layer) return;
+    // Any voltage but 110 shows as the second entry; the layer keeps its
+    // own, which the total uses.
+    select_quietly(volts, layer->PowerVolts == 110 ? 0 : 1);
+    select_quietly(phases, layer->PowerPhases == 1 ? 0 : 1);
+    watts->set_value(layer->PowerWatts);
+    update_amperes();
+}
+
+float SettingsPower::getAmp() const {
+    const pointer<boxes_layer> layer = current_boxes_layer();
+    return layer ? layer->calculate_power() : 0.0f;
+}
+
+void SettingsPower::update_amperes() {
+    char text[64];
+    std::snprintf(text, sizeof text, "Total Power %.2f A", double(getAmp()));
+    total->setText(text);
+}
 
 } // namespace Vantora_TesserinePro

@@ -1,7 +1,9 @@
 // The top panel: the raster fields with arithmetic, the raster label kept
 // at the edges, the switches and the counts.
 
+#include "panels/settings_raster_label.h"
 #include "panels/top_panel.h"
+#include "panels/widgets/fields.h"
 #include "panels/widgets/small_widgets.h"
 #include "window/window_fixture.h"
 
@@ -31,21 +33,26 @@ struct panel_test : window_test {
 
 } // namespace
 
-TEST_F(panel_test, RasterFieldsTakeArithmeticAndKeepTheLabelAtTheEdges) {
+TEST_F(panel_test, RasterFieldsTakeArithmeticAndTheLabelPaletteHasTheLastWord) {
     global->raster_label_width = 120;
     global->raster_label_height = 40;
+    // The label is put at the new edge, then taken back from the raster
+    // label palette's boxes: what they show wins.
+    auto* label = screen->settings_raster_label();
+    set_text_quietly(label->offset_x, "77");
+    set_text_quietly(label->offset_y, "-3");
     type(panel->raster_width(), "1920*2");
     EXPECT_EQ(global->get_paper_width(), 3840);
     EXPECT_EQ(panel->raster_width()->text(), "3840");
-    EXPECT_EQ(global->raster_label_x, 3840 - 120);
+    EXPECT_EQ(global->raster_label_x, 77);
     type(panel->raster_height(), "2160/2+0.9");
     EXPECT_EQ(global->get_paper_height(), 1080);
-    EXPECT_EQ(global->raster_label_y, 1080 - 40);
-    // A raster of 0 reads as 1: the label stays where it was.
+    EXPECT_EQ(global->raster_label_y, -3);
+    // A raster of 0 reads as 1.
     type(panel->raster_width(), "abc");
     EXPECT_EQ(panel->raster_width()->text(), "0");
     EXPECT_EQ(global->get_paper_width(), 1);
-    EXPECT_EQ(global->raster_label_x, 3840 - 120);
+    EXPECT_EQ(global->raster_label_x, 77);
     // A new workspace brings the fields and the counts along.
     global->load_default_layers();
     screen->reload_all(true);

@@ -107,6 +107,18 @@ check "the PNG is the command line's" wait_for "the whole PNG" 20 cmp -s frame.p
 check "Ctrl+Alt+S exports a PSD" save_as ctrl+alt+s "$WORK/frame.psd"
 check "the PSD is the command line's" wait_for "the whole PSD" 20 cmp -s frame.psd expected.psd
 
+# Tab from nowhere lands in "Offset X" of Screen Info with its text
+# selected: typing replaces it, and Return moves the layer by the result.
+xdotool windowfocus --sync "$WID" 2>/dev/null
+xdotool key --window "$WID" Tab
+xdotool type --window "$WID" --delay 20 "1920/8"
+xdotool key --window "$WID" Return
+moved() {
+  shoot window.png "$WID" && pixel_is window.png $((280 + 240 + 200)) $((70 + 200)) "63,127,127" &&
+    ! pixel_is window.png $((280 + 200)) $((70 + 200)) "63,127,127"
+}
+check "Tab, 1920/8 and Return move the layer to 240" wait_for "the layer at 240" 20 moved
+
 # Closing asks; Return answers "Yes" and the program ends.
 check "the close request is sent" close_request "$WID"
 check "the question" wait_for "the quit question" 20 has_window "^Quit"

@@ -27,7 +27,8 @@ unsigned int calc_dimension(const std::string& text) {
 }
 
 float calc_float_dimension(const std::string& text) {
-    return float(calc_expression(text));
+    const float value = float(calc_expression(text));
+    return value > 0 ? value : 0.0f;
 }
 
 } // namespace Vantora_TesserinePro

@@ -10,7 +10,7 @@ namespace Vantora_TesserinePro {
 double calc_expression(const std::string& text);
 // Truncated to an unsigned integer: negatives and not-a-number give 0.
 unsigned int calc_dimension(const std::string& text);
-// As a float, for millimetres and the like.
+// As a float, for millimetres and the like; negatives give 0.
 float calc_float_dimension(const std::string& text);
 
 } // namespace Vantora_TesserinePro

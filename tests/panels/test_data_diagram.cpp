@@ -1,0 +1,89 @@
+// The "Data-Flow Diagram" palette: radio-like pattern boxes with their
+// pictures, the path's switches and the Novastar/Other Type pair.
+
+#include "palette_fixture.h"
+#include "panels/settings_data_diagram.h"
+
+using namespace Vantora_TesserinePro;
+using namespace Vantora_TesserinePro::testing;
+
+namespace {
+struct data_diagram : palette_test {
+    SettingsDataDiagram::W_SnakeChoicer* choicer() const {
+        return screen->settings_data_diagram()->choicer();
+    }
+    SettingsDataDiagram::W_SnakeSecondParams* second() const {
+        return screen->settings_data_diagram()->second_params();
+    }
+};
+const color::color red(200, 10, 20, 255);
+} // namespace
+
+TEST_F(data_diagram, EachControlWritesItsFieldAndNothingElse) {
+    auto* c = choicer();
+    auto* s = second();
+    std::vector<edit> edits;
+    for (int i = 0; i < 8; ++i)
+        edits.push_back({"pattern", [c, i] { click(c->boxes[std::size_t(i)]); },
+                         [i](boxes_layer& l) { l.SnakeMode = i; }});
+    const std::vector<edit> rest = {
+        {"Random Colors", [&] { click(s->random_colors); },
+         [](boxes_layer& l) { l.UseRandomSnakeColor = !l.UseRandomSnakeColor; }},
+        {"Color", [&] { s->color->choose(red); }, [](boxes_layer& l) { l.SnakeColor = red; }},
+        {"Visible", [&] { click(s->visible); }, [](boxes_layer& l) { l.DrawSnake = !l.DrawSnake; }},
+        {"Line Width", [&] { type(s->line_width, 12); }, [](boxes_layer& l) { l.SnakeWidth = 12; }},
+        {"Custom Path", [&] { click(s->custom_path); },
+         [](boxes_layer& l) { l.CustomDataPath = !l.CustomDataPath; }},
+        {"Skip Blank", [&] { click(s->skip_blank); },
+         [](boxes_layer& l) { l.SkipBlankBoxes = !l.SkipBlankBoxes; }},
+        // Either box of the pair flips the type.
+        {"Novastar", [&] { click(s->novastar); },
+         [](boxes_layer& l) { l.DataDiagramType = l.DataDiagramType == 0; }},
+        {"Other Type", [&] { click(s->other_type); },
+         [](boxes_layer& l) { l.DataDiagramType = l.DataDiagramType == 0; }},
+        {"Pixel Limit", [&] { type(s->pixel_limit, 4096); },
+         [](boxes_layer& l) { l.SnakeLimit = 4096; }},
+    };
+    edits.insert(edits.end(), rest.begin(), rest.end());
+    check_edits(edits);
+}
+
+TEST_F(data_diagram, PatternBoxesActAsRadioButtonsWithTheRoutersPictures) {
+    auto* c = choicer();
+    click(c->boxes[2]);
+    click(c->boxes[2]); // the chosen box stays chosen
+    EXPECT_EQ(layer()->SnakeMode, 2);
+    for (int i = 0; i < 8; ++i)
+        EXPECT_EQ(c->boxes[std::size_t(i)]->isChecked(), i == 2) << i;
+    EXPECT_EQ(c->boxes[5]->objectName(), "SnakeCheckbox5");
+    // Each picture is drawn, and no two patterns look alike.
+    for (int i = 0; i < 8; ++i) {
+        EXPECT_EQ(c->images[std::size_t(i)]->image().size(), QSize(25, 25));
+        for (int j = 0; j < i; ++j)
+            EXPECT_NE(c->images[std::size_t(i)]->image(), c->images[std::size_t(j)]->image());
+    }
+}
+
+TEST_F(data_diagram, FillsFromTheLayerWithoutRunningCallbacks) {
+    const pointer<boxes_layer> l = layer();
+    l->SnakeMode = 9, l->DataDiagramType = 2, l->SnakeWidth = 3, l->SnakeColor = red;
+    l->UseRandomSnakeColor = 1, l->DrawSnake = 0, l->SkipBlankBoxes = 0, l->CustomDataPath = 1;
+    l->SnakeLimit = 777;
+    const auto before = saved(*l);
+    l->changed = false;
+    screen->settings_data_diagram()->get_settings_from_layer(l);
+    EXPECT_FALSE(l->changed);
+    EXPECT_EQ(saved(*l), before);
+    for (CheckboxWithFocus* box : choicer()->boxes)
+        EXPECT_FALSE(box->isChecked()); // 9 is none of the eight
+    auto* s = second();
+    EXPECT_TRUE(s->other_type->isChecked());
+    EXPECT_FALSE(s->novastar->isChecked());
+    EXPECT_EQ(s->line_width->value(), 3);
+    EXPECT_EQ(s->color->get_color(), red);
+    EXPECT_TRUE(s->random_colors->isChecked());
+    EXPECT_FALSE(s->visible->isChecked());
+    EXPECT_FALSE(s->skip_blank->isChecked());
+    EXPECT_TRUE(s->custom_path->isChecked());
+    EXPECT_EQ(s->pixel_limit->value(), 777);
+}

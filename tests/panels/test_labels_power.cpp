@@ -1,0 +1,135 @@
+// The "Labels" and "Power" palettes: each control's field, the fill from a
+// layer, the custom voltage row and the volts box's second entry.
+
+#include "palette_fixture.h"
+#include "panels/settings_labels.h"
+#include "panels/settings_power.h"
+
+#include <QComboBox>
+#include <QLabel>
+
+#include <cstdio>
+
+using namespace Vantora_TesserinePro;
+using namespace Vantora_TesserinePro::testing;
+
+namespace {
+struct labels : palette_test {
+    SettingsLabels* p() const { return screen->settings_labels(); }
+};
+struct power : palette_test {
+    SettingsPower* p() const { return screen->settings_power(); }
+    std::string total() const {
+        char text[64];
+        std::snprintf(text, sizeof text, "Total Power %.2f A", double(layer()->calculate_power()));
+        return text;
+    }
+};
+const color::color red(200, 10, 20, 255);
+} // namespace
+
+TEST_F(labels, EachControlWritesItsFieldAndNothingElse) {
+    SettingsLabels* s = p();
+    std::vector<edit> edits;
+    for (int i = 0; i < 4; ++i)
+        edits.push_back({"corner", [s, i] { click(s->corners[i]); },
+                         [i](boxes_layer& l) { l.CornersMode ^= 1 << i; }});
+    const std::vector<edit> rest = {
+        {"Layer Name", [&] { click(s->layer_name); },
+         [](boxes_layer& l) { l.DrawLayerName = !l.DrawLayerName; }},
+        {"Layer Size (px)", [&] { click(s->size_px); },
+         [](boxes_layer& l) { l.DrawScreenSize = !l.DrawScreenSize; }},
+        {"Layer Size (m)", [&] { click(s->size_m); }, [](boxes_layer& l) { l.ShowMM = !l.ShowMM; }},
+        {"Layer Size (ft)", [&] { click(s->size_ft); },
+         [](boxes_layer& l) { l.ShowFT = !l.ShowFT; }},
+        {"Power", [&] { click(s->power); }, [](boxes_layer& l) { l.DrawPower = !l.DrawPower; }},
+        {"Info", [&] { click(s->info); }, [](boxes_layer& l) { l.DrawInfoLine = !l.DrawInfoLine; }},
+        {"Labels Color", [&] { s->labels_color->choose(red); },
+         [](boxes_layer& l) { l.LabelFontColor = red; }},
+        {"Labels Fontsize", [&] { type(s->labels_font_size, 44); },
+         [](boxes_layer& l) { l.LabelFontSize = BoxesLayerDescription::FontSize(44); }},
+        {"Name Fontsize", [&] { type(s->name_font_size, 7); },
+         [](boxes_layer& l) { l.LayerNameFontSize = BoxesLayerDescription::FontSize(7); }},
+        {"Layer Name:", [&] { type(s->name, "Wall A"); },
+         [](boxes_layer& l) { l.set_name("Wall A"); }},
+    };
+    edits.insert(edits.end(), rest.begin(), rest.end());
+    check_edits(edits);
+}
+
+TEST_F(labels, FillsFromTheLayerWithoutRunningCallbacks) {
+    const pointer<boxes_layer> l = layer();
+    l->CornersMode = 0b1010, l->DrawLayerName = 0, l->DrawScreenSize = 0, l->ShowMM = 1;
+    l->ShowFT = 1, l->DrawPower = 1, l->DrawInfoLine = 0, l->LabelFontColor = red;
+    l->LabelFontSize = BoxesLayerDescription::FontSize(3); // normalised to 5
+    l->LayerNameFontSize = BoxesLayerDescription::FontSize(0);
+    l->set_name("");
+    const auto before = saved(*l);
+    l->changed = false;
+    SettingsLabels* s = p();
+    s->get_settings_from_layer(l);
+    EXPECT_FALSE(l->changed);
+    EXPECT_EQ(saved(*l), before);
+    const bool corners[] = {false, true, false, true};
+    for (int i = 0; i < 4; ++i)
+        EXPECT_EQ(s->corners[i]->isChecked(), corners[i]) << i;
+    EXPECT_FALSE(s->layer_name->isChecked());
+    EXPECT_FALSE(s->size_px->isChecked());
+    EXPECT_TRUE(s->size_m->isChecked());
+    EXPECT_TRUE(s->size_ft->isChecked());
+    EXPECT_TRUE(s->power->isChecked());
+    EXPECT_FALSE(s->info->isChecked());
+    EXPECT_EQ(s->labels_color->get_color(), red);
+    EXPECT_EQ(s->labels_font_size->value(), 5);
+    EXPECT_EQ(s->name_font_size->value(), 0);
+    EXPECT_EQ(s->name->text(), QString::fromStdString(l->get_name()));
+}
+
+TEST_F(power, EachControlWritesItsFieldAndNothingElse) {
+    SettingsPower* s = p();
+    check_edits({
+        {"Volts 220V", [&] { s->volts->setCurrentIndex(2); },
+         [](boxes_layer& l) { l.PowerVolts = 220; }},
+        {"Volts Custom", [&] { s->volts->setCurrentIndex(5); },
+         [](boxes_layer& l) { l.PowerVolts = 120; }},
+        {"(Custom)", [&] { type(s->custom_volts, "150"); },
+         [](boxes_layer& l) { l.PowerVolts = 150; }},
+        {"Phases", [&] { s->phases->setCurrentIndex(0); },
+         [](boxes_layer& l) { l.PowerPhases = 1; }},
+        {"Watts", [&] { type(s->watts, 300); }, [](boxes_layer& l) { l.PowerWatts = 300; }},
+    });
+}
+
+TEST_F(power, CustomVoltsAtOnceAndAStandardValueLeavesCustomMode) {
+    SettingsPower* s = p();
+    s->volts->setCurrentIndex(5);
+    EXPECT_EQ(layer()->PowerVolts, 120); // before anything is typed
+    EXPECT_EQ(s->custom_volts->text(), "120");
+    EXPECT_TRUE(s->custom_volts->isVisibleTo(s));
+    EXPECT_EQ(s->total->text().toStdString(), total());
+    type(s->custom_volts, "240");
+    EXPECT_EQ(layer()->PowerVolts, 240);
+    EXPECT_EQ(s->volts->currentText(), "240V");
+    EXPECT_FALSE(s->custom_volts->isVisibleTo(s));
+    EXPECT_FALSE(s->custom_caption->isVisibleTo(s));
+}
+
+TEST_F(power, AnyVoltageButOneHundredTenShowsAs208) {
+    const pointer<boxes_layer> l = layer();
+    l->PowerVolts = 230, l->PowerPhases = 2, l->PowerWatts = 150;
+    const auto before = saved(*l);
+    l->changed = false;
+    SettingsPower* s = p();
+    s->get_settings_from_layer(l);
+    EXPECT_FALSE(l->changed);
+    EXPECT_EQ(saved(*l), before);
+    EXPECT_EQ(s->volts->currentText(), "208V");
+    EXPECT_EQ(s->phases->currentText(), "3 Phases");
+    EXPECT_EQ(s->watts->value(), 150);
+    // The total is worked out with 230 V and sqrt(2).
+    EXPECT_EQ(s->total->text().toStdString(), total());
+    EXPECT_NE(total(), "Total Power 0.00 A");
+    l->PowerVolts = 110;
+    s->get_settings_from_layer(l);
+    EXPECT_EQ(s->volts->currentText(), "110V");
+}
