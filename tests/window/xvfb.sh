@@ -47,6 +47,18 @@ W="$(identify -format '%w' window.png)"
 H="$(identify -format '%h' window.png)"
 check "the right panel" pixel_is window.png $((W - 100)) $((60 + (H - 60) / 2 - 3)) "29,29,29"
 
+# Tab from nowhere lands in "Offset X" of Screen Info with its text
+# selected: typing replaces it, and Return moves the layer by the result.
+xdotool windowfocus --sync "$WID" 2>/dev/null
+xdotool key --window "$WID" Tab
+xdotool type --window "$WID" --delay 20 "1920/8"
+xdotool key --window "$WID" Return
+moved() {
+  shoot window.png "$WID" && pixel_is window.png $((280 + 240 + 200)) $((70 + 200)) "63,127,127" &&
+    ! pixel_is window.png $((280 + 200)) $((70 + 200)) "63,127,127"
+}
+check "Tab, 1920/8 and Return move the layer to 240" wait_for "the layer at 240" 20 moved
+
 # answer KEYS TITLE FILE: a command that asks for a file, answered by typing
 # its path into the dialog; waits for the dialog to go.
 answer() {
@@ -74,15 +86,15 @@ sys.exit(0 if eval(sys.argv[1]) else 1)' "$2"
 # default pan below the top panel.
 at() { echo $((WX + 280 + $1)) $((WY + 70 + $2)); }
 
-# Shift drags the screen (grabbed inside cabinet (1, 1)) by (100, 50).
-read -r PX PY < <(at 200 200)
+# Shift drags the screen (grabbed inside its cabinet (0, 1)) by (100, 50).
+read -r PX PY < <(at 300 200)
 xdotool mousemove "$PX" "$PY" keydown shift mousedown 1 \
   mousemove $((PX + 50)) $((PY + 25)) mousemove $((PX + 100)) $((PY + 50)) mouseup 1 keyup shift
 check "Ctrl+S saves the project" save_as ctrl+s "$WORK/moved.tsrx"
 check "the screen moved by (100, 50)" project_has moved.tsrx \
-  'd["layers"][0]["offset_x"] == 100 and d["layers"][0]["offset_y"] == 50'
+  'd["layers"][0]["offset_x"] == 340 and d["layers"][0]["offset_y"] == 50'
 
-# Control pressed on cabinet (2, 1), now at (356..484, 178..306), knocks it out.
+# Control pressed on cabinet (0, 1), now at (340..468, 178..306), knocks it out.
 read -r PX PY < <(at 420 240)
 xdotool mousemove "$PX" "$PY" keydown ctrl click 1 keyup ctrl
 check "the project saved again" save_as ctrl+s "$WORK/excluded.tsrx"
@@ -106,18 +118,6 @@ check "Alt+S exports a PNG" save_as alt+s "$WORK/frame.png"
 check "the PNG is the command line's" wait_for "the whole PNG" 20 cmp -s frame.png expected.png
 check "Ctrl+Alt+S exports a PSD" save_as ctrl+alt+s "$WORK/frame.psd"
 check "the PSD is the command line's" wait_for "the whole PSD" 20 cmp -s frame.psd expected.psd
-
-# Tab from nowhere lands in "Offset X" of Screen Info with its text
-# selected: typing replaces it, and Return moves the layer by the result.
-xdotool windowfocus --sync "$WID" 2>/dev/null
-xdotool key --window "$WID" Tab
-xdotool type --window "$WID" --delay 20 "1920/8"
-xdotool key --window "$WID" Return
-moved() {
-  shoot window.png "$WID" && pixel_is window.png $((280 + 240 + 200)) $((70 + 200)) "63,127,127" &&
-    ! pixel_is window.png $((280 + 200)) $((70 + 200)) "63,127,127"
-}
-check "Tab, 1920/8 and Return move the layer to 240" wait_for "the layer at 240" 20 moved
 
 # Closing asks; Return answers "Yes" and the program ends.
 check "the close request is sent" close_request "$WID"
