@@ -36,13 +36,8 @@ TEST(LineRule, EndOfTextLeavesTheLineAlone) {
     EXPECT_EQ(line, "two");
 }
 
-TEST(Paths, ExtensionRules) {
-    EXPECT_EQ(file::path("a.b.jpg").with_all_extensions(".png").string(), "a.png");
-    EXPECT_EQ(file::path("/x/wall.v2.txt").with_all_extensions(".xml").string(), "/x/wall.xml");
-    EXPECT_EQ(file::path("dir.d/a").with_all_extensions(".xml").string(), "dir.d/a.xml");
-    EXPECT_EQ(file::path("a").with_extension_if_no_extension(".png").string(), "a.png");
-    EXPECT_EQ(file::path("a.TGA").with_extension_if_no_extension(".png").string(), "a.TGA");
-    EXPECT_EQ(file::path("a.b/c").with_extension_if_no_extension(".tsrx").string(), "a.b/c.tsrx");
+TEST(Paths, FinalExtensionAndJoins) {
+    // The commands' extension rules are in one table, with the export commands.
     EXPECT_EQ(file::path("x/A.JPG").final_extension_lower(), "jpg");
     EXPECT_EQ(file::path("x.y\\noext").final_extension_lower(), "");
     EXPECT_EQ(file::path("d") / "f", file::path("d/f"));
@@ -84,18 +79,6 @@ TEST(NumberReader, DigitsWordsAndFailures) {
     EXPECT_EQ(v, 7); // no sign applied after a failure
     EXPECT_THROW(consume_int("x5", v), parse_failure);
     EXPECT_EQ(v, 0);
-    for (const char* no : {"false", "False", "OFF", "no"}) {
-        from_string_int(no, v);
-        EXPECT_EQ(v, 0) << no;
-    }
-    for (const char* yes : {"true", "On", "YES"}) {
-        from_string_int(yes, v);
-        EXPECT_EQ(v, 1) << yes;
-    }
-    EXPECT_EQ(consume_hex_pair('F', 'F'), 0x55);
-    EXPECT_EQ(consume_hex_pair('5', '8'), 0x58);
-    EXPECT_EQ(consume_hex_pair('b', '5'), 0x15);
-    EXPECT_THROW(consume_hex_pair('g', '0'), parse_failure);
 }
 
 TEST(PropertySet, KeepsFirstOrderAndMerges) {
@@ -110,22 +93,6 @@ TEST(PropertySet, KeepsFirstOrderAndMerges) {
     EXPECT_EQ(a.as_string(":", "\n"), "B:3\nA:\nC:x:y\n");
     EXPECT_EQ(a.get("missing"), "");
     EXPECT_TRUE(a.has("C"));
-}
-
-TEST(AtomicFile, WritesWholeOrNothing) {
-    QTemporaryDir dir;
-    const std::string path = (dir.path() + "/f.txt").toStdString();
-    ASSERT_TRUE(write_file_atomically(path, "first"));
-    ASSERT_TRUE(write_file_atomically(path, "second"));
-    EXPECT_EQ(Vantora_TesserinePro::testing::read_file(path), "second");
-    std::string error;
-    // A folder that does not exist cannot be written; nothing is left.
-    EXPECT_FALSE(write_file_atomically((dir.path() + "/no/f.txt").toStdString(), "x", &error));
-    EXPECT_FALSE(error.empty());
-    // A folder in the way of the file.
-    QDir(dir.path()).mkdir("sub");
-    EXPECT_FALSE(write_file_atomically((dir.path() + "/sub").toStdString(), "x", &error));
-    EXPECT_EQ(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden), QStringList{"f.txt"});
 }
 
 TEST(AtomicFile, ReadingTellsWhatIsWrong) {

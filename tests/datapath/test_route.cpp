@@ -139,6 +139,23 @@ const route_case cases[] = {
      "(0,0)S (1,0) (2,0) (3,0) (3,1) (2,1) (0,1) (0,2)E (1,2)S (2,2) (3,2)E"},
     {other_type, 0, 800, "(1,1)",
      "(0,0)S (1,0) (2,0) (3,0) (3,1) (2,1) (0,1) (0,2)E (1,2)S (2,2) (3,2)E", 0},
+    // The eight modes on a 3 by 2 wall: one port, then a port per line.
+    {novastar, 0, -1, "", "(0,0)S (1,0) (2,0) (2,1) (1,1) (0,1)E", 1, 0, 3, 2},
+    {novastar, 1, -1, "", "(2,0)S (1,0) (0,0) (0,1) (1,1) (2,1)E", 1, 0, 3, 2},
+    {novastar, 2, -1, "", "(0,1)S (1,1) (2,1) (2,0) (1,0) (0,0)E", 1, 0, 3, 2},
+    {novastar, 3, -1, "", "(2,1)S (1,1) (0,1) (0,0) (1,0) (2,0)E", 1, 0, 3, 2},
+    {novastar, 4, -1, "", "(0,0)S (0,1) (1,1) (1,0) (2,0) (2,1)E", 1, 0, 3, 2},
+    {novastar, 5, -1, "", "(2,0)S (2,1) (1,1) (1,0) (0,0) (0,1)E", 1, 0, 3, 2},
+    {novastar, 6, -1, "", "(0,1)S (0,0) (1,0) (1,1) (2,1) (2,0)E", 1, 0, 3, 2},
+    {novastar, 7, -1, "", "(2,1)S (2,0) (1,0) (1,1) (0,1) (0,0)E", 1, 0, 3, 2},
+    {novastar, 0, 300, "", "(0,0)S (1,0) (2,0)E (0,1)S (1,1) (2,1)E", 1, 0, 3, 2},
+    {novastar, 1, 300, "", "(2,0)S (1,0) (0,0)E (2,1)S (1,1) (0,1)E", 1, 0, 3, 2},
+    {novastar, 2, 300, "", "(0,1)S (1,1) (2,1)E (0,0)S (1,0) (2,0)E", 1, 0, 3, 2},
+    {novastar, 3, 300, "", "(2,1)S (1,1) (0,1)E (2,0)S (1,0) (0,0)E", 1, 0, 3, 2},
+    {other_type, 4, 200, "", "(0,0)S (0,1)E (1,0)S (1,1)E (2,0)S (2,1)E", 1, 0, 3, 2},
+    {other_type, 5, 200, "", "(2,0)S (2,1)E (1,0)S (1,1)E (0,0)S (0,1)E", 1, 0, 3, 2},
+    {other_type, 6, 200, "", "(0,1)S (0,0)E (1,1)S (1,0)E (2,1)S (2,0)E", 1, 0, 3, 2},
+    {other_type, 7, 200, "", "(2,1)S (2,0)E (1,1)S (1,0)E (0,1)S (0,0)E", 1, 0, 3, 2},
     // Walls without cabinets.
     {novastar, 0, 0, "", "", 1, 0, 0, 3},
     {other_type, 0, 0, "", "", 1, 0, 4, 0},
@@ -294,63 +311,3 @@ TEST_F(route_test, RoutingLeavesTheLayerAsItWas) {
     EXPECT_EQ(layer->ExcludeBoxes.size(), 1u);
     EXPECT_TRUE(layer->CustomPath.empty());
 }
-
-// --- the eight patterns, with half first and last lines
-
-namespace {
-
-// The order of a 3 by 2 wall in each mode, as one port.
-const char* const one_port_order[8] = {
-    "(0,0)S (1,0) (2,0) (2,1) (1,1) (0,1)E", "(2,0)S (1,0) (0,0) (0,1) (1,1) (2,1)E",
-    "(0,1)S (1,1) (2,1) (2,0) (1,0) (0,0)E", "(2,1)S (1,1) (0,1) (0,0) (1,0) (2,0)E",
-    "(0,0)S (0,1) (1,1) (1,0) (2,0) (2,1)E", "(2,0)S (2,1) (1,1) (1,0) (0,0) (0,1)E",
-    "(0,1)S (0,0) (1,0) (1,1) (2,1) (2,0)E", "(2,1)S (2,0) (1,0) (1,1) (0,1) (0,0)E",
-};
-
-// Each line a port: every line starts at the side of the very first.
-const char* const port_per_line_order[8] = {
-    "(0,0)S (1,0) (2,0)E (0,1)S (1,1) (2,1)E",   "(2,0)S (1,0) (0,0)E (2,1)S (1,1) (0,1)E",
-    "(0,1)S (1,1) (2,1)E (0,0)S (1,0) (2,0)E",   "(2,1)S (1,1) (0,1)E (2,0)S (1,0) (0,0)E",
-    "(0,0)S (0,1)E (1,0)S (1,1)E (2,0)S (2,1)E", "(2,0)S (2,1)E (1,0)S (1,1)E (0,0)S (0,1)E",
-    "(0,1)S (0,0)E (1,1)S (1,0)E (2,1)S (2,0)E", "(2,1)S (2,0)E (1,1)S (1,0)E (0,1)S (0,0)E",
-};
-
-} // namespace
-
-struct patterns : route_test, ::testing::WithParamInterface<std::tuple<int, unsigned>> {};
-
-TEST_P(patterns, OrderMarksAndRectangles) {
-    const auto [mode, half_bits] = GetParam();
-    set_grid(*layer, 3, 2, 20, 10);
-    layer->HalfColumns = std::bitset<4>(half_bits);
-    auto walked = cabinet_rects(*layer);
-    for (int type : {novastar, other_type}) {
-        EXPECT_EQ(route(type, mode, -1), one_port_order[mode]) << type;
-        // The route's boxes carry the walk's rectangles, half ones included.
-        for (const auto& b : Snake::make_route(*layer))
-            EXPECT_EQ((cabinet_rect{b.x0, b.y0, b.x1, b.y1}), walked[b.id()])
-                << type << " " << b.id();
-    }
-    // A limit of the largest line: no two lines share a "Novastar" port.
-    const bool transposed = (mode & 4) != 0;
-    std::map<int, int> line_pixels;
-    layer->for_each_box(
-        [&](float x0, float y0, float x1, float y1, unsigned short c, unsigned short r) {
-            line_pixels[transposed ? c : r] += Snake::pixel_count(cell(x0, y0, x1, y1));
-            return false;
-        },
-        transposed);
-    int line = 0;
-    for (const auto& [index, pixels] : line_pixels)
-        line = std::max(line, pixels);
-    EXPECT_EQ(route(novastar, mode, line), port_per_line_order[mode]);
-    // "Other Type" looks ahead by the last cabinet, so only full lines end
-    // exactly at the limit.
-    if (half_bits == 0) {
-        EXPECT_EQ(route(other_type, mode, line), port_per_line_order[mode]);
-    }
-}
-
-INSTANTIATE_TEST_SUITE_P(AllModes, patterns,
-                         ::testing::Combine(::testing::Range(0, 8),
-                                            ::testing::Values(0u, 0b0101u, 0b1010u, 0b1111u)));

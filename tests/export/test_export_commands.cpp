@@ -1,5 +1,5 @@
-// The export commands: which dialog each opens, and what target path it
-// makes of the answer.
+// The file commands: which dialog each opens, and what target path it makes
+// of the answer.
 
 #include "export_helpers.h"
 #include "support/test_support.h"
@@ -12,77 +12,111 @@ using namespace Vantora_TesserinePro::testing;
 namespace {
 
 using filters = std::vector<file::file_dialog_filter>;
+using command = void (Global::*)();
 
 struct export_commands : workspace_test {
+    QTemporaryDir dir;
 
-    // Runs a command with the dialog answering answer; returns the path
-    // that waits for the next paint.
-    std::string requested(void (Global::*command)(), const std::string& answer) {
-        host.answer = answer;
-        (global.*command)();
-        return global.get_save_to_file_requested_info().string();
+    export_commands() {
+        add_screen(global, "Wall", 0, 0, 2, 2);
+        global.get_presets().push_back(screen_layer(global));
+    }
+    // Runs a command with the dialog answering answer (in the test's folder);
+    // returns the file it wrote or the one that waits for the next paint.
+    std::string target(command c, const std::string& answer) {
+        QDir(dir.path()).removeRecursively();
+        QDir().mkpath(dir.path());
+        host.answer = answer.empty() ? "" : (dir.path() + "/").toStdString() + answer;
+        (global.*c)();
+        std::string out = global.get_save_to_file_requested_info().string();
+        if (!out.empty()) global.request_save_to_file(file::path()); // no paint follows
+        if (out.empty() && !files_in(dir).isEmpty()) out = files_in(dir).join(" ").toStdString();
+        return out.empty() ? "" : out.substr(out.find_last_of('/') + 1);
     }
 };
 
 } // namespace
 
-TEST_F(export_commands, DialogsOfferTheirFiltersInOrderForSaving) {
-    host.answer = "";
-    global.save_image_button();
-    global.save_png_button();
-    global.save_psd_button();
-    global.layers_to_xml();
-    ASSERT_EQ(host.picks.size(), 4u);
-    EXPECT_EQ(host.picks[0].filters, (filters{{"png", "PNG Image"},
-                                              {"tga", "TGA Image"},
-                                              {"jpg", "JPG Image"},
-                                              {"bmp", "BMP Image"},
-                                              {"psd", "Photoshop Image"}}));
-    EXPECT_EQ(host.picks[1].filters, (filters{{"png", "PNG Image"}}));
-    EXPECT_EQ(host.picks[2].filters, (filters{{"psd", "PSD Document"}}));
-    EXPECT_EQ(host.picks[3].filters, (filters{{"xml", "Resolute Arena XML Document"}}));
-    for (const auto& pick : host.picks)
-        EXPECT_TRUE(pick.save);
-}
-
-TEST_F(export_commands, SaveImageKeepsAnyTypedExtension) {
-    EXPECT_EQ(requested(&Global::save_image_button, "/out/a"), "/out/a.png");
-    EXPECT_EQ(requested(&Global::save_image_button, "/out/a.jpg"), "/out/a.jpg");
-    EXPECT_EQ(requested(&Global::save_image_button, "/out/a.TGA"), "/out/a.TGA");
-    EXPECT_EQ(requested(&Global::save_image_button, "/out/a.psd"), "/out/a.psd");
-    EXPECT_EQ(requested(&Global::save_image_button, "/out/a.tif"), "/out/a.tif");
-    // A dot in a folder name is not an extension of the file.
-    EXPECT_EQ(requested(&Global::save_image_button, "/out.d/a"), "/out.d/a.png");
-}
-
-TEST_F(export_commands, ExportPngAndPsdReplaceAllExtensions) {
-    EXPECT_EQ(requested(&Global::save_png_button, "/out/a.b.jpg"), "/out/a.png");
-    EXPECT_EQ(requested(&Global::save_png_button, "/out/a"), "/out/a.png");
-    EXPECT_EQ(requested(&Global::save_psd_button, "/out/a.b.jpg"), "/out/a.psd");
-    EXPECT_EQ(requested(&Global::save_psd_button, "/out.d/wall"), "/out.d/wall.psd");
-}
-
-TEST_F(export_commands, CancelChangesNothingAndRequestsNoRedraw) {
+TEST_F(export_commands, DialogFilters) {
+    const struct {
+        command c;
+        filters offered;
+        bool save;
+    } cases[] = {
+        {&Global::open_project_button, {{"tsrx Project File", "*.tsrx"}}, false},
+        {&Global::save_project_button, {{"tsrx", "tsrx file"}}, true},
+        {&Global::open_presets_button, {{"Tsrx Presets File", "*.tsrx_presets"}}, false},
+        {&Global::save_presets_button, {{"Tsrx Presets File", "*.tsrx_presets"}}, true},
+        {&Global::save_image_button,
+         {{"png", "PNG Image"},
+          {"tga", "TGA Image"},
+          {"jpg", "JPG Image"},
+          {"bmp", "BMP Image"},
+          {"psd", "Photoshop Image"}},
+         true},
+        {&Global::save_png_button, {{"png", "PNG Image"}}, true},
+        {&Global::save_psd_button, {{"psd", "PSD Document"}}, true},
+        {&Global::layers_to_xml, {{"xml", "Resolute Arena XML Document"}}, true},
+    };
     global.changed = 0;
     const int canvas = host.canvas_redraws, window = host.window_redraws;
-    for (auto command : {&Global::save_image_button, &Global::save_png_button,
-                         &Global::save_psd_button, &Global::layers_to_xml})
-        EXPECT_EQ(requested(command, ""), "");
-    EXPECT_EQ(host.picks.size(), 4u);
+    for (const auto& c : cases) {
+        host.picks.clear();
+        EXPECT_EQ(target(c.c, ""), ""); // cancelled: nothing happens
+        ASSERT_EQ(host.picks.size(), 1u);
+        EXPECT_EQ(host.picks[0].filters, c.offered);
+        EXPECT_EQ(host.picks[0].save, c.save);
+    }
     EXPECT_EQ(host.canvas_redraws, canvas);
     EXPECT_EQ(host.window_redraws, window);
+    EXPECT_EQ(host.reloads, 0);
     EXPECT_FALSE(global.is_changed());
+    EXPECT_EQ(layer_names(global), std::vector<std::string>{"Wall"});
+}
+
+TEST_F(export_commands, ExtensionRules) {
+    // Extensions are the text after the first dot of the last path
+    // component, a leading dot aside; a dot in a folder name is none.
+    const struct {
+        command c;
+        const char *answer, *target;
+    } cases[] = {
+        {&Global::save_project_button, "show", "show.tsrx"},
+        {&Global::save_project_button, "show.other", "show.other"},
+        {&Global::save_presets_button, "show", "show.tsrx_presets"},
+        {&Global::save_image_button, "a", "a.png"},
+        {&Global::save_image_button, "a.jpg", "a.jpg"},
+        {&Global::save_image_button, "a.TGA", "a.TGA"},
+        {&Global::save_image_button, "a.tif", "a.tif"},
+        {&Global::save_image_button, "out.d/a", "a.png"},
+        {&Global::save_png_button, "a.b.jpg", "a.png"},
+        {&Global::save_png_button, "out.d/a", "a.png"},
+        {&Global::save_psd_button, "a.b.jpg", "a.psd"},
+        {&Global::save_psd_button, "out.d/wall", "wall.psd"},
+        {&Global::layers_to_xml, "wall.v2.txt", "wall.xml"},
+        {&Global::layers_to_xml, "one", "one.xml"},
+        {&Global::layers_to_xml, ".setup", ".setup.xml"},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(target(c.c, c.answer), c.target) << c.answer;
 }
 
 TEST_F(export_commands, ResolumeExportWritesAtOnce) {
-    QTemporaryDir dir;
-    add_screen(global, "Wall", 0, 0, 2, 2);
     global.changed = 0;
-    requested(&Global::layers_to_xml, (dir.path() + "/wall.v2.txt").toStdString());
-    EXPECT_EQ(files_in(dir), QStringList{"wall.xml"});
+    EXPECT_EQ(target(&Global::layers_to_xml, "wall.xml"), "wall.xml");
     EXPECT_NE(read_file((dir.path() + "/wall.xml").toStdString()).find("value=\"Wall\""),
               std::string::npos);
-    // Nothing waits for a paint, and the stack is not touched.
-    EXPECT_TRUE(global.get_save_to_file_requested_info().empty());
-    EXPECT_FALSE(global.is_changed());
+    EXPECT_FALSE(global.is_changed()); // the stack is not touched
+}
+
+TEST_F(export_commands, OpenCommandsReadWhatTheSaveCommandsWrote) {
+    host.answer = (dir.path() + "/show").toStdString();
+    global.save_project_button();
+    global.save_presets_button();
+    global.current_project()->get_layers().clear();
+    global.open_project_button(); // the label record ends a project file's passes
+    EXPECT_EQ(layer_names(global), std::vector<std::string>{"Wall"});
+    global.get_presets().clear();
+    global.open_presets_button();
+    EXPECT_EQ(global.get_presets_count(), 2);
 }

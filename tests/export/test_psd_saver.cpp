@@ -224,32 +224,6 @@ TEST_F(psd_file, LayersAreCopiesTakenWhenAdded) {
 
 // ------------------------------------------------------------ failures
 
-TEST_F(psd_file, UnwritablePathFailsAndLeavesNothing) {
-    PSDSaver saver;
-    composite c(2, 2);
-    EXPECT_FALSE(saver.savePSD(c.pixels.data(), 2, 2, c.stride, path("missing/out.psd")));
-    EXPECT_FALSE(saver.last_error().empty());
-    EXPECT_FALSE(saver.savePSD(c.pixels.data(), 2, 2, c.stride, dir.path().toStdString()));
-    EXPECT_TRUE(files_in(dir).isEmpty());
-}
-
-TEST_F(psd_file, FailedWriteKeepsTheOldFileWhole) {
-    ASSERT_TRUE(write_file(path(), "old contents"));
-    PSDSaver saver;
-    std::vector<unsigned char> px(256 * 256 * 4, 7);
-    saver.add_layer(0, 0, 256, 256, px.data(), 256 * 4, "big");
-    composite c(64, 64);
-    {
-        file_size_limit limit(100000); // the file needs about 275 kB
-        EXPECT_FALSE(saver.savePSD(c.pixels.data(), c.width, c.height, c.stride, path()));
-    }
-    EXPECT_EQ(read_file(path()), "old contents");
-    EXPECT_EQ(files_in(dir), QStringList{"out.psd"});
-    // The same saver writes once the disk takes it.
-    EXPECT_TRUE(saver.savePSD(c.pixels.data(), c.width, c.height, c.stride, path()));
-    EXPECT_EQ(read_file(path()).size(), 34 + 10 + 83 + 4 * (256 * 256 + 2) + 4 + 2 + 3 * 64 * 64u);
-}
-
 TEST_F(psd_file, BadCompositeIsRefused) {
     PSDSaver saver;
     composite c(2, 2);

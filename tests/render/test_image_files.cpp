@@ -121,21 +121,3 @@ TEST_F(image_files, OtherExtensionsWriteNothingAndDropTheRequest) {
     }
     EXPECT_TRUE(host.errors.empty()); // nothing is said
 }
-
-TEST_F(image_files, FailedWriteLeavesNoFileAndOldFilesWhole) {
-    EXPECT_FALSE(save(path("missing/folder/frame.png")));
-    EXPECT_FALSE(exists(path("missing/folder/frame.png")));
-    EXPECT_FALSE(global.last_write_error().empty());
-    EXPECT_TRUE(global.get_save_to_file_requested_info().empty());
-
-    // A folder in the way stays a folder.
-    ASSERT_TRUE(QDir(dir.path()).mkdir("taken.png"));
-    EXPECT_FALSE(save(path("taken.png")));
-    EXPECT_TRUE(QFileInfo(QString::fromStdString(path("taken.png"))).isDir());
-
-    // A successful write replaces an old file whole.
-    ASSERT_TRUE(write_file(path("old.bmp"), "old bytes"));
-    ASSERT_TRUE(save(path("old.bmp")));
-    EXPECT_EQ(read_file(path("old.bmp")).substr(0, 2), "BM");
-    EXPECT_EQ(QDir(dir.path()).entryList(QDir::Files).size(), 1); // no temporary left over
-}

@@ -21,6 +21,23 @@ std::string read_file(const std::string& path) {
     return s.str();
 }
 
+std::string golden(const std::string& name) {
+    return read_file(std::string(TESSERINE_TEST_DATA) + "/" + name);
+}
+
+::testing::AssertionResult matches_golden(const std::string& got, const std::string& name) {
+    const std::string wanted = golden(name);
+    if (got == wanted) return ::testing::AssertionSuccess();
+    write_file(name + ".actual", got);
+    std::size_t at = 0;
+    while (at < got.size() && at < wanted.size() && got[at] == wanted[at])
+        ++at;
+    return ::testing::AssertionFailure()
+           << name << " differs from byte " << at << " on (" << got.size() << " bytes, golden "
+           << wanted.size() << "): got \"" << got.substr(at, 60) << "\", golden \""
+           << wanted.substr(at, 60) << "\"; the bytes got are in " << name << ".actual";
+}
+
 struct capture_diagnostics::impl {
     std::ostringstream stream;
 };

@@ -8,6 +8,8 @@
 #include <QDir>
 #include <QTemporaryDir>
 
+#include <gtest/gtest.h>
+
 #include <functional>
 #include <string>
 #include <vector>
@@ -71,6 +73,18 @@ inline void clear_data_folder() {
 // Writes bytes to a file, for fixtures.
 bool write_file(const std::string& path, const std::string& bytes);
 std::string read_file(const std::string& path);
+
+// The bytes of a golden file under tests/data.
+std::string golden(const std::string& name);
+// Bytes compared with a golden file; a difference leaves what was got in
+// NAME.actual in the working folder, to look at or to take over.
+::testing::AssertionResult matches_golden(const std::string& got, const std::string& name);
+
+// One length-framed record of a project or preset file: "TYPE LENGTH" on a
+// line, then the body.
+inline std::string record(int type, const std::string& body) {
+    return std::to_string(type) + " " + std::to_string(body.size()) + "\n" + body;
+}
 
 // Captures what the code under test writes to the diagnostics stream.
 class capture_diagnostics {

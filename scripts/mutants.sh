@@ -1,0 +1,114 @@
+#!/usr/bin/env bash
+# Deliberate faults in the core, one at a time: each is applied, the test
+# programs and the command are rebuilt, and the suite must fail. Shows how
+# strong the suite is, before and after it is changed.
+# Usage: scripts/mutants.sh [NAME...]   (MUTANTS_ALL=1: run every program,
+# to see which of them catch a fault; by default the first catch ends it)
+set -uo pipefail
+
+ROOT="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)"
+BUILD="${TESSERINE_BUILD_DIR:-$ROOT/build}"
+cd "$ROOT"
+
+if ! git diff --quiet -- src; then
+  echo "src has changes; commit or stash them first" >&2
+  exit 2
+fi
+
+# name|file|sed expression. Each must change its file.
+MUTANTS=(
+  "colour-trailing-tab|src/core/color.cpp|s/ || text\[i\] == '\\\\t')/)/"
+  "colour-trailing-junk|src/core/color.cpp|s/if (i == text.size())/if (i <= text.size())/"
+  "colour-hex-digit|src/core/color.cpp|s/return c - 'a' + 10;/return c - 'a' + 11;/"
+  "odd-hex-digit-rule|src/core/number_reader.cpp|s/if (c >= 'A' \&\& c <= 'F') return c - 'A';/if (c >= 'A' \&\& c <= 'F') return c - 'A' + 10;/"
+  "yes-word|src/core/number_reader.cpp|s/upper == \"YES\"/upper == \"YE\"/"
+  "off-word|src/core/number_reader.cpp|s/upper == \"OFF\"/upper == \"0FF\"/"
+  "last-record-twice|src/persistence/project_files.cpp|s/i <= count; ++i/i < count; ++i/"
+  "record-length-limit|src/persistence/project_files.cpp|s/length > max_record_length/length >= max_record_length/"
+  "route-initial-side|src/datapath/route.cpp|s/const int initial = int(transposed ? (mode >> 1) \& 1 : mode \& 1);/const int initial = int(transposed ? mode \& 1 : mode \& 1);/"
+  "route-half-column|src/datapath/route.cpp|s/(half\[0\] \&\& column == 0)/(half[1] \&\& column == 0)/"
+  "leading-dot-extension|src/core/file_path.cpp|s/s.find('.', start + 1)/s.find('.', start)/"
+  "last-dot-extension|src/core/file_path.cpp|s/std::size_t dot = name.rfind('.');/std::size_t dot = name.find('.');/"
+  "short-write-unseen|src/core/save_stream.cpp|s/if (written == qint64(size)) return;/if (written >= 0) return;/"
+  "commit-after-failure|src/core/save_stream.cpp|0,/if (!m_good) return false;/s//if (!m_good) return true;/"
+  "psd-byte-order|src/export/psd_saver.cpp|s/out.put_u32(d.x + d.width);/out.put_u32(__builtin_bswap32(d.x + d.width));/"
+  "psd-name-padding|src/export/psd_saver.cpp|s/std::memset(out, ' ', name_field);/std::memset(out, 0, name_field);/"
+  "resolume-unique-id|src/export/resolume_xml.cpp|s/std::to_string(unique_id).c_str()/std::to_string(unique_id \/ 10).c_str()/"
+  "resolume-thirds|src/export/resolume_xml.cpp|s/(w + w) \/ 3.0f/(w + w + 1) \/ 3.0f/"
+  "catalogue-text|src/persistence/catalogue.cpp|s/\"Name:P 2.9mm\"/\"Name:P 2.9 mm\"/"
+  "default-grid-width|src/document/boxes_layer.cpp|s/GridWidth = 2;/GridWidth = 3;/"
+  "jpeg-quality|src/render/image_writers.cpp|s/bytes = encode_jpg(img, 90);/bytes = encode_jpg(img, 89);/"
+  "tga-bits|src/render/image_writers.cpp|s/out\[16\] = 32;/out[16] = 24;/"
+  "info-infinity|src/cli/cmd_info.cpp|s/value > 0 ? \"\\\\\"inf\\\\\"\"/value < 0 ? \"\\\\\"inf\\\\\"\"/"
+)
+
+PROGRAMS=(test_core test_document test_persistence test_datapath test_render test_export test_hardening)
+
+current=""
+backup="$(mktemp)"
+restore() {
+  if [ -n "$current" ]; then
+    cp "$backup" "$current" # a fresh time stamp: the next build takes the restored file
+    current=""
+  fi
+}
+trap 'restore; rm -f "$backup"' EXIT
+trap 'exit 130' INT TERM
+
+build() {
+  cmake --build "$BUILD" --target "${PROGRAMS[@]}" tesserine -- -j2 >"$BUILD/mutant_build.log" 2>&1
+}
+
+# Runs the suite; prints the programs that failed.
+catches() {
+  local caught=() p script
+  for p in "${PROGRAMS[@]}"; do
+    if ! (cd "$BUILD/tests" && QT_QPA_PLATFORM=offscreen timeout 600 "./$p" --gtest_brief=1 >/dev/null 2>&1); then
+      caught+=("$p")
+      [ -z "${MUTANTS_ALL:-}" ] && break
+    fi
+  done
+  if [ ${#caught[@]} -eq 0 ] || [ -n "${MUTANTS_ALL:-}" ]; then
+    for script in tests/cli/*.sh; do
+      if ! QT_QPA_PLATFORM=offscreen timeout 600 bash "$script" "$BUILD/tesserine" >/dev/null 2>&1; then
+        caught+=("cli_$(basename "$script" .sh)")
+        [ -z "${MUTANTS_ALL:-}" ] && break
+      fi
+    done
+  fi
+  echo "${caught[*]}"
+}
+
+tried=0
+killed=0
+escaped=()
+for m in "${MUTANTS[@]}"; do
+  IFS='|' read -r name file expr <<<"$m"
+  if [ $# -gt 0 ] && [[ " $* " != *" $name "* ]]; then continue; fi
+  cp "$file" "$backup"
+  current="$file"
+  sed -i -e "$expr" "$file"
+  if cmp -s "$file" "$backup"; then
+    echo "$name: NOT APPLIED (the pattern no longer matches)"
+    restore
+    continue
+  fi
+  tried=$((tried + 1))
+  if ! build; then
+    echo "$name: caught by the compiler"
+    killed=$((killed + 1))
+  else
+    by="$(catches)"
+    if [ -n "$by" ]; then
+      echo "$name: caught by $by"
+      killed=$((killed + 1))
+    else
+      echo "$name: ESCAPED"
+      escaped+=("$name")
+    fi
+  fi
+  restore
+done
+build || echo "warning: the clean rebuild failed" >&2
+echo "caught $killed of $tried${escaped:+; escaped: ${escaped[*]}}"
+[ "$killed" -eq "$tried" ]
