@@ -665,8 +665,15 @@ void MainScreen::pick_single_file(const std::vector<file::file_dialog_filter>& f
     for (const auto& f : filters)
         names << name_filter(f);
     dialog->setNameFilters(names);
-    connect(dialog, &QFileDialog::fileSelected, this,
-            [callback](const QString& chosen) { callback(file::path(chosen.toStdString())); });
+    connect(dialog, &QFileDialog::fileSelected, this, [this, callback](const QString& chosen) {
+        // A file the readers refuse must not end the program from inside
+        // Qt's event loop: say so and keep the document as it is.
+        try {
+            callback(file::path(chosen.toStdString()));
+        } catch (const std::exception& e) {
+            show_error("The file " + chosen.toStdString() + " cannot be used: " + e.what());
+        }
+    });
     // A cancelled dialog answers nothing: the command does nothing.
     dialog->open();
 }

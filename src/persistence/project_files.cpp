@@ -198,9 +198,39 @@ pointer_array<app_layer> Global::create_layers_from_string(const string& text,
 }
 
 void Global::load_project_from_string(const string& text) {
+    // A file the reader refuses leaves the document as it was: the old
+    // project, its current layer, the raster and the raster label.
+    struct kept_state {
+        pointer<project> old_project;
+        long long current;
+        int width, height;
+        bool label_enabled;
+        string_array label_lines;
+        int label_x, label_y, label_width, label_height, label_font_size;
+    } const kept{m_project,           current_layer_index,   paper_width,
+                 paper_height,        raster_label_enabled,  raster_label_lines,
+                 raster_label_x,      raster_label_y,        raster_label_width,
+                 raster_label_height, raster_label_font_size};
     m_project = std::make_shared<project>();
     set_current_layer_index(-1);
-    pointer_array<app_layer> layers = create_layers_from_string(text, project_magic_and_version);
+    pointer_array<app_layer> layers;
+    try {
+        layers = create_layers_from_string(text, project_magic_and_version);
+    } catch (...) {
+        m_project = kept.old_project;
+        current_layer_index = kept.current;
+        paper_width = kept.width;
+        paper_height = kept.height;
+        raster_label_enabled = kept.label_enabled;
+        raster_label_lines = kept.label_lines;
+        raster_label_x = kept.label_x;
+        raster_label_y = kept.label_y;
+        raster_label_width = kept.label_width;
+        raster_label_height = kept.label_height;
+        raster_label_font_size = kept.label_font_size;
+        set_changed();
+        throw;
+    }
     auto& stack = m_project->get_layers();
     stack.insert(stack.end(), layers.begin(), layers.end());
     set_current_layer_index(get_layers_count() - 1);
@@ -216,8 +246,9 @@ void Global::load_project_from_file(const file::path& path) {
 }
 
 void Global::load_presets_from_string(const string& text) {
-    presets.clear();
+    // Read first: a file the reader refuses leaves the list as it was.
     pointer_array<app_layer> layers = create_layers_from_string(text, presets_magic_and_version);
+    presets.clear();
     presets.insert(presets.end(), layers.begin(), layers.end());
 }
 

@@ -14,8 +14,10 @@
 #include "support/test_support.h"
 #include "window/window_fixture.h"
 
+#include <QFileDialog>
 #include <QJsonObject>
 #include <QLineEdit>
+#include <QMessageBox>
 #include <QPushButton>
 
 #include <sstream>
@@ -210,4 +212,29 @@ TEST_F(screen_test, ModifierGroupsAndSpace) {
     QTest::keyClick(&field, Qt::Key_Space);
     EXPECT_EQ(layer->CustomPath.size(), 2u);
     EXPECT_EQ(field.text(), " ");
+}
+
+TEST_F(screen_test, AProjectTheReaderRefusesIsReportedAndTheDocumentStays) {
+    start();
+    const std::string dir = folder_to_save_data().string();
+    ASSERT_TRUE(global->save_project_to_file(file::path(dir + "/good.tsrx")));
+    std::string text = read_file(dir + "/good.tsrx");
+    const std::size_t at = text.find("BoxColors:");
+    ASSERT_NE(at, std::string::npos);
+    text.replace(at, text.find('\n', at) - at, "BoxColors:nonsense");
+    ASSERT_TRUE(write_file(dir + "/bad.tsrx", text));
+    global->current_boxes_layer()->set_offset_x(77);
+    const long long layers = global->get_layers_count();
+
+    global->open_project_button();
+    QFileDialog* d = screen->findChild<QFileDialog*>("open_dialog");
+    ASSERT_TRUE(d);
+    d->selectFile(QString::fromStdString(dir + "/bad.tsrx"));
+    QMetaObject::invokeMethod(d, "accept");
+    QMessageBox* box = nullptr;
+    ASSERT_TRUE(wait_until([&] { return (box = screen->findChild<QMessageBox*>("error")); }));
+    EXPECT_EQ(box->text().toStdString().rfind("The file " + dir + "/bad.tsrx cannot be used: ", 0),
+              0u);
+    EXPECT_EQ(global->get_layers_count(), layers);
+    EXPECT_EQ(global->current_boxes_layer()->get_offset_x(), 77);
 }
