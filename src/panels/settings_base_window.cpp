@@ -21,6 +21,10 @@ pointer<boxes_layer> SettingsFromLayer::current_boxes_layer() const {
     return m_global ? m_global->current_boxes_layer() : nullptr;
 }
 
+void SettingsFromLayer::mark_changed(boxes_layer& layer) {
+    layer.set_changed();
+}
+
 bool SettingsFromLayer::takes_tab(QWidget* widget) {
     return qobject_cast<QLineEdit*>(widget) || qobject_cast<QAbstractSpinBox*>(widget) ||
            dynamic_cast<CheckboxWithFocus*>(widget);

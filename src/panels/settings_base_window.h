@@ -37,6 +37,19 @@ class SettingsFromLayer {
     static void add_to_tab_order(QWidget* widget);
 
   protected:
+    // A control's callback that writes one field of the current screen
+    // layer and marks the layer changed; with no screen layer it does
+    // nothing.
+    template <class Write> auto writes(Write write) {
+        return [this, write](auto value) {
+            if (const pointer<boxes_layer> layer = current_boxes_layer()) {
+                write(*layer, value);
+                mark_changed(*layer);
+            }
+        };
+    }
+    static void mark_changed(boxes_layer& layer);
+
     Global* m_global;
 };
 

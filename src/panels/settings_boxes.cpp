@@ -204,14 +204,6 @@ void SettingsBoxes::install_callbacks_handlers() {
     half(half_last_row, 3, 2);
 
     // A control that writes one field of the layer and marks it.
-    const auto writes = [this](auto f) {
-        return [this, f](auto value) {
-            if (const pointer<boxes_layer> layer = current_boxes_layer()) {
-                f(*layer, value);
-                layer->set_changed();
-            }
-        };
-    };
     grid_width->set_callback(writes([](boxes_layer& l, int v) { l.GridWidth = v; }));
     draw_grid->set_callback(writes([](boxes_layer& l, bool v) { l.DrawGrid = v; }));
     border_color->set_callback(

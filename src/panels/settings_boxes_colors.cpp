@@ -95,26 +95,23 @@ std::pair<ColorPicker*, ColorPicker*> SettingsBoxesColors::color_picker_pair(int
 }
 
 void SettingsBoxesColors::syncColorsToLayer(int index, const color::color& colour) {
-    const pointer<boxes_layer> layer = current_boxes_layer();
-    if (!layer) return;
-    std::vector<color::color> colors;
-    colors.reserve(std::size_t(m_in_use));
-    for (int i = 0; i < m_in_use; ++i)
-        colors.push_back(i == index ? colour : color_picker_pair(i).first->get_color());
-    layer->BoxColors = std::move(colors);
-    layer->set_changed();
-    if (m_global) m_global->host().layer_row_changed(*layer);
-    update();
+    sync_column_to_layer(false, index, colour);
 }
 
 void SettingsBoxesColors::syncTintColorsToLayer(int index, const color::color& colour) {
+    sync_column_to_layer(true, index, colour);
+}
+
+void SettingsBoxesColors::sync_column_to_layer(bool tints, int index, const color::color& colour) {
     const pointer<boxes_layer> layer = current_boxes_layer();
     if (!layer) return;
     std::vector<color::color> colors;
     colors.reserve(std::size_t(m_in_use));
-    for (int i = 0; i < m_in_use; ++i)
-        colors.push_back(i == index ? colour : color_picker_pair(i).second->get_color());
-    layer->BoxTintColors = std::move(colors);
+    for (int i = 0; i < m_in_use; ++i) {
+        const auto pair = color_picker_pair(i);
+        colors.push_back(i == index ? colour : (tints ? pair.second : pair.first)->get_color());
+    }
+    (tints ? layer->BoxTintColors : layer->BoxColors) = std::move(colors);
     layer->set_changed();
     if (m_global) m_global->host().layer_row_changed(*layer);
     update();

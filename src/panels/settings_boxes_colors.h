@@ -47,6 +47,9 @@ class SettingsBoxesColors : public SettingsBaseWindow {
     // swatches.
     void syncColorsToLayer(int index, const color::color& colour);
     void syncTintColorsToLayer(int index, const color::color& colour);
+    // The column of colours (or of tints) from the boxes into the layer,
+    // with the one at index taking colour.
+    void sync_column_to_layer(bool tints, int index, const color::color& colour);
     // Shows the pairs in use, writes them to the layer and fits the window.
     void update_visibility();
     void get_settings_from_layer(const pointer<boxes_layer>& layer) override;

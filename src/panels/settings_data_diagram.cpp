@@ -74,14 +74,6 @@ SettingsDataDiagram::W_SnakeSecondParams::W_SnakeSecondParams(QWidget* parent, G
     add("Other Type", other_type = new CheckboxWithFocus(this));
     add("Pixel Limit", pixel_limit = int_box());
 
-    const auto writes = [this](auto f) {
-        return [this, f](auto value) {
-            if (const pointer<boxes_layer> layer = current_boxes_layer()) {
-                f(*layer, value);
-                layer->set_changed();
-            }
-        };
-    };
     random_colors->set_callback(writes([](boxes_layer& l, bool v) { l.UseRandomSnakeColor = v; }));
     color->set_callback(writes([](boxes_layer& l, const color::color& c) { l.SnakeColor = c; }));
     visible->set_callback(writes([](boxes_layer& l, bool v) { l.DrawSnake = v; }));

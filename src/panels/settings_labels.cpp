@@ -71,14 +71,6 @@ SettingsLabels::SettingsLabels(QWidget* parent, Global* global)
     for (int i = 0; i < 4; ++i)
         corners[i]->set_callback(
             [this, i](bool value) { setBitForCurrentLayer(Corner(i), value); });
-    const auto writes = [this](auto f) {
-        return [this, f](auto value) {
-            if (const pointer<boxes_layer> layer = current_boxes_layer()) {
-                f(*layer, value);
-                layer->set_changed();
-            }
-        };
-    };
     layer_name->set_callback(writes([](boxes_layer& l, bool v) { l.DrawLayerName = v; }));
     size_px->set_callback(writes([](boxes_layer& l, bool v) { l.DrawScreenSize = v; }));
     size_m->set_callback(writes([](boxes_layer& l, bool v) { l.ShowMM = v; }));
