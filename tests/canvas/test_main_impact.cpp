@@ -210,7 +210,15 @@ TEST_F(canvas_test, APaintNeverStartsAnotherAndWhatTheBuildAsksWaits) {
     screen->right_panel()->set_draw_current_only(true);
     canvas_pixels();
     canvas->repaint();
-    QTest::qWait(50);
+    // Settled once 100 ms pass without a paint; a paint that asks for the
+    // next one never settles.
+    long long seen = -1;
+    ASSERT_TRUE(wait_until([&] {
+        const bool still = g_iMainImpactRedraw == seen;
+        seen = g_iMainImpactRedraw;
+        QTest::qWait(100);
+        return still;
+    }));
     const long long paints = g_iMainImpactRedraw;
     QTest::qWait(200);
     EXPECT_EQ(g_iMainImpactRedraw, paints);
