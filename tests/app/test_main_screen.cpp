@@ -235,6 +235,6 @@ TEST_F(screen_test, AProjectTheReaderRefusesIsReportedAndTheDocumentStays) {
     ASSERT_TRUE(wait_until([&] { return (box = screen->findChild<QMessageBox*>("error")); }));
     EXPECT_EQ(box->text().toStdString().rfind("The file " + dir + "/bad.tsrx cannot be used: ", 0),
               0u);
-    EXPECT_EQ(global->get_layers_count(), layers);
+    ASSERT_EQ(global->get_layers_count(), layers);
     EXPECT_EQ(global->current_boxes_layer()->get_offset_x(), 77);
 }
