@@ -40,6 +40,18 @@ MUTANTS=(
   "jpeg-quality|src/render/image_writers.cpp|s/bytes = encode_jpg(img, 90);/bytes = encode_jpg(img, 89);/"
   "tga-bits|src/render/image_writers.cpp|s/out\[16\] = 32;/out[16] = 24;/"
   "info-infinity|src/cli/cmd_info.cpp|s/value > 0 ? \"\\\\\"inf\\\\\"\"/value < 0 ? \"\\\\\"inf\\\\\"\"/"
+  "outline-extent|src/render/draw2d_context.cpp|s/const double w = double(width) + 1, h/const double w = double(width), h/"
+  "text-centre|src/render/draw2d_context.cpp|s/left = x - advance \* 0.5f;/left = x - advance * 0.4f;/"
+  "last-column-cut|src/render/frame_composition.cpp|s/W - ox - 1, 1/W - ox, 1/"
+  "label-dock-bottom|src/render/frame_composition.cpp|s/if (at_bottom) raster_label_y = H - raster_label_height;/if (at_bottom) raster_label_y = H - raster_label_height - 1;/"
+  "chequer-tint|src/render/layer_frame.cpp|s/(counter % 2) != 0/(counter % 2) == 0/"
+  "circle-width|src/render/layer_frame.cpp|s/- (CircleWidth \/ 2)) \/ 2;/- CircleWidth) \/ 2;/"
+  "phase-word|src/render/layer_frame.cpp|s/PowerPhases == 1 ? \"Phase\"/PowerPhases <= 1 ? \"Phase\"/"
+  "name-letters|src/render/layer_frame.cpp|s/k \/ 26 + 1/k \/ 26 + 2/"
+  "psd-channel-order|src/export/psd_saver.cpp|s/{\&d.alpha, \&d.red, \&d.green, \&d.blue}/{\&d.red, \&d.alpha, \&d.green, \&d.blue}/"
+  "psd-channel-length|src/export/psd_saver.cpp|s/out.put_u32(std::uint32_t(d.red.size()));/out.put_u32(std::uint32_t(d.red.size() - 2));/"
+  "snake-limit-strict|src/datapath/route.cpp|s/return std::uint64_t(pixels) > limit;/return std::uint64_t(pixels) >= limit;/"
+  "physh-field|src/persistence/parameter_text.cpp|s/{\"PhysH\", \&read_real<\&D::PhysH>}/{\"PhysH\", \&read_real<\&D::PhysW>}/"
 )
 
 PROGRAMS=(test_core test_document test_persistence test_datapath test_render test_export test_hardening)

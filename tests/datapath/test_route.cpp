@@ -286,21 +286,6 @@ TEST_F(route_test, WhollyExcludedLinesAddNothing) {
     EXPECT_EQ(route(other_type, 0, -1), skipping);
 }
 
-TEST_F(route_test, ShouldSkipBoxNeedsTheFlagAndTheId) {
-    Snake::box b;
-    b.column = 1;
-    b.row = 2;
-    EXPECT_FALSE(layer->should_skip_box(b));
-    exclude(1, 2);
-    EXPECT_TRUE(layer->should_skip_box(b));
-    layer->SkipBlankBoxes = 0;
-    EXPECT_FALSE(layer->should_skip_box(b));
-    layer->SkipBlankBoxes = 7; // any non-zero value counts as set
-    EXPECT_TRUE(layer->should_skip_box(b));
-    b.row = 1;
-    EXPECT_FALSE(layer->should_skip_box(b));
-}
-
 TEST_F(route_test, RoutingLeavesTheLayerAsItWas) {
     exclude(1, 1);
     forget_changes();

@@ -208,18 +208,6 @@ TEST_F(psd_file, LayersAreCopiesTakenWhenAdded) {
     const auto& d = saver.layers().at(0);
     EXPECT_EQ(plain(d.red), (std::vector<unsigned char>{0, 0, 1}));
     EXPECT_EQ(plain(d.alpha), (std::vector<unsigned char>{0, 0, 4}));
-
-    // A descriptor on its own: resize zeroes the channels behind the two
-    // compression bytes, addRGBA replaces them with the pixels given.
-    PSDSaver::layinfo_desc_t desc;
-    desc.resize(3);
-    EXPECT_EQ(plain(desc.alpha), (std::vector<unsigned char>(5, 0)));
-    const unsigned char two[] = {1, 2, 3, 4, 5, 6, 7, 8};
-    desc.addRGBA(two, 2);
-    EXPECT_EQ(plain(desc.red), (std::vector<unsigned char>{0, 0, 1, 5}));
-    EXPECT_EQ(plain(desc.green), (std::vector<unsigned char>{0, 0, 2, 6}));
-    EXPECT_EQ(plain(desc.blue), (std::vector<unsigned char>{0, 0, 3, 7}));
-    EXPECT_EQ(plain(desc.alpha), (std::vector<unsigned char>{0, 0, 4, 8}));
 }
 
 // ------------------------------------------------------------ failures
