@@ -313,6 +313,8 @@ ScrollList::list_item* ScrollList::get_contained_item(long long index) {
         list_item* item = slot.get();
         item->key = layer;
         item->row = new WidgetWithBackground(this, row_normal, row_hover, row_selected, m_global);
+        // It fills all of itself: nothing under it needs painting.
+        item->row->setAttribute(Qt::WA_OpaquePaintEvent);
         auto* row_layout = new QHBoxLayout(item->row);
         row_layout->setContentsMargins(0, 0, 0, 0);
         row_layout->setSpacing(0);

@@ -2,8 +2,10 @@
 
 #include <QApplication>
 #include <QDataStream>
+#include <QFont>
 #include <QHash>
 #include <QIODevice>
+#include <QImage>
 #include <QPainter>
 #include <QPixmap>
 #include <QPointer>
@@ -61,8 +63,8 @@ class cached_proxy_style : public QProxyStyle {
     // and the painter's font and pen, with which captions are drawn.
     static void put_common(QDataStream& s, const QStyleOption& o, const QPainter& p) {
         s << quint32(o.state) << qint32(o.direction) << o.rect.size() << o.palette.cacheKey()
-          << p.font().key() << p.pen().color().rgba64().toArgb32() << p.pen().widthF()
-          << qint32(p.renderHints()) << qint32(p.layoutDirection())
+          << quint64(qHash(p.font())) << p.font().family() << p.pen().color().rgba64().toArgb32()
+          << p.pen().widthF() << qint32(p.renderHints()) << qint32(p.layoutDirection())
           << p.device()->devicePixelRatio();
     }
 
@@ -78,7 +80,7 @@ class cached_proxy_style : public QProxyStyle {
         auto it = m_pictures.constFind(key);
         if (it == m_pictures.constEnd()) {
             const qreal ratio = painter->device()->devicePixelRatio();
-            QPixmap picture(rect.size() * ratio);
+            QImage picture(rect.size() * ratio, QImage::Format_ARGB32_Premultiplied);
             picture.setDevicePixelRatio(ratio);
             picture.fill(Qt::transparent);
             {
@@ -94,12 +96,24 @@ class cached_proxy_style : public QProxyStyle {
             // A scroll bar dragged through a long list leaves a picture per
             // position: the pictures are bounded.
             if (m_pictures.size() >= 512) m_pictures.clear();
-            it = m_pictures.insert(key, picture);
+            it = m_pictures.insert(
+                key, opaque(picture) ? picture.convertToFormat(QImage::Format_RGB32) : picture);
         }
-        painter->drawPixmap(rect.topLeft(), *it);
+        painter->drawImage(rect.topLeft(), *it);
     }
 
-    mutable QHash<QByteArray, QPixmap> m_pictures;
+    // A picture with no see-through pixel is copied as it is, which is
+    // much cheaper than blending it.
+    static bool opaque(const QImage& picture) {
+        for (int y = 0; y < picture.height(); ++y) {
+            const auto* line = reinterpret_cast<const QRgb*>(picture.constScanLine(y));
+            for (int x = 0; x < picture.width(); ++x)
+                if (qAlpha(line[x]) != 255) return false;
+        }
+        return true;
+    }
+
+    mutable QHash<QByteArray, QImage> m_pictures;
 };
 
 } // namespace
