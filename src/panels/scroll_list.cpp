@@ -108,7 +108,10 @@ class row_body : public ClickableWidget {
 };
 
 void set_text_if_changed(QLabel* label, const QString& text) {
-    if (label->text() != text) label->setText(text);
+    if (label->text() == text) return;
+    label->setText(text);
+    // The label is hidden: the row that paints its text repaints it.
+    if (QWidget* body = label->parentWidget()) body->update(label->geometry());
 }
 
 } // namespace
