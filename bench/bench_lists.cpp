@@ -68,7 +68,9 @@ void lists_sync_16_layers_100_presets(benchmark::State& state) {
 BENCHMARK(lists_sync_16_layers_100_presets)->Unit(benchmark::kMicrosecond);
 
 // A paint of the whole panel with nothing changed: no picture is painted
-// and no row is made.
+// and no row is made. The time of the whole process is counted: Qt may
+// hand large blends to worker threads, which the main thread's time
+// alone would leave out.
 void lists_paint_unchanged(benchmark::State& state) {
     Global global;
     make_lists_workspace(global);
@@ -85,6 +87,6 @@ void lists_paint_unchanged(benchmark::State& state) {
     for (auto _ : state)
         panel.repaint();
 }
-BENCHMARK(lists_paint_unchanged)->Unit(benchmark::kMicrosecond);
+BENCHMARK(lists_paint_unchanged)->Unit(benchmark::kMicrosecond)->MeasureProcessCPUTime();
 
 } // namespace

@@ -4,6 +4,7 @@
 #include "document/global.h"
 #include "panels/look.h"
 #include "panels/scroll_list.h"
+#include "panels/widgets/cached_style.h"
 
 #include <QCheckBox>
 #include <QHBoxLayout>
@@ -42,6 +43,7 @@ RightPanelList::RightPanelList(QWidget* parent, Global* global, bool isLayerList
     m_scroll->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     m_scroll->setWidgetResizable(true);
     m_scroll->verticalScrollBar()->setSingleStep(20);
+    use_cached_style(m_scroll->verticalScrollBar());
     if (isLayerList)
         m_list = new W_LayerScrollList(m_scroll, global);
     else
@@ -62,6 +64,7 @@ QPushButton* RightPanelList::add_button(const QString& caption, const QString& t
                                         int fixed_width) {
     auto* b = new QPushButton(caption, m_bottom);
     b->setFocusPolicy(Qt::NoFocus);
+    use_cached_style(b);
     if (!tooltip.isEmpty()) b->setToolTip(tooltip);
     if (fixed_width > 0) {
         b->setFixedWidth(fixed_width);
@@ -97,6 +100,7 @@ LayerList::LayerList(QWidget* parent, Global* global) : RightPanelList(parent, g
     m_only_current->setToolTip("Force all layers except current be transparent.");
     m_only_current->setFont(look::fitted_sans(caption, 110));
     m_only_current->setFocusPolicy(Qt::NoFocus);
+    use_cached_style(m_only_current);
     m_bottom_layout->addWidget(m_only_current);
     m_bottom_layout->addStretch(1);
     // The box only refreshes: rendering asks it at each frame. The frame

@@ -4,12 +4,14 @@
 #include "document/global.h"
 #include "document/image_layer.h"
 #include "panels/look.h"
+#include "panels/widgets/cached_style.h"
 #include "panels/widgets/small_widgets.h"
 #include "render/draw2d_context.h"
 
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QPaintEvent>
 #include <QPainter>
 #include <QPainterPath>
 #include <QPushButton>
@@ -54,31 +56,62 @@ int next_drag_group() {
     return ++group;
 }
 
-// A label of a row. A list shows dozens of them, and a paint with nothing
-// changed must stay cheap: the text is laid out once, when it changes,
-// and not at every paint.
-class row_label : public QLabel {
+// The part of a row left of its picture. It paints the captions and the
+// values itself: a list shows dozens of them, and a widget each costs a
+// paint event each at every paint of the panel. The labels stay, hidden
+// but keeping their room, so that the grid lays the row out as before and
+// their texts can be read; each text is laid out once, when it changes.
+class row_body : public ClickableWidget {
   public:
-    row_label(const QString& text, QWidget* parent) : QLabel(text, parent) {
-        m_text.setPerformanceHint(QStaticText::AggressiveCaching);
+    row_body(QWidget* parent, Global* global) : ClickableWidget(parent, global) {}
+
+    QLabel* add_label(const QString& text) {
+        auto* label = new QLabel(text, this);
+        QSizePolicy policy = label->sizePolicy();
+        policy.setRetainSizeWhenHidden(true);
+        label->setSizePolicy(policy);
+        label->hide();
+        m_texts.push_back({label, {}});
+        m_texts.back().text.setPerformanceHint(QStaticText::AggressiveCaching);
+        return label;
     }
 
   protected:
-    void paintEvent(QPaintEvent*) override {
-        if (m_text.text() != text()) m_text.setText(text());
+    void paintEvent(QPaintEvent* event) override {
         QPainter p(this);
         p.setFont(font());
         p.setPen(palette().color(QPalette::WindowText));
-        const QFontMetrics metrics(font());
-        p.drawStaticText(0, (height() - metrics.height()) / 2, m_text);
+        const int line = fontMetrics().height();
+        for (shown_text& t : m_texts) {
+            const QRect r = t.label->geometry();
+            if (!event->rect().intersects(r)) continue;
+            if (t.text.text() != t.label->text()) t.text.setText(t.label->text());
+            const QPoint at(r.x(), r.y() + (r.height() - line) / 2);
+            // A text larger than its cell is cut at the cell, as its label
+            // would cut it.
+            const bool cut = line > r.height() || t.text.size().width() > r.width();
+            if (cut) {
+                p.save();
+                p.setClipRect(r, Qt::IntersectClip);
+            }
+            p.drawStaticText(at, t.text);
+            if (cut) p.restore();
+        }
     }
 
   private:
-    QStaticText m_text;
+    struct shown_text {
+        QLabel* label;
+        QStaticText text;
+    };
+    std::vector<shown_text> m_texts;
 };
 
 void set_text_if_changed(QLabel* label, const QString& text) {
-    if (label->text() != text) label->setText(text);
+    if (label->text() == text) return;
+    label->setText(text);
+    // The label is hidden: the row that paints its text repaints it.
+    if (QWidget* body = label->parentWidget()) body->update(label->geometry());
 }
 
 } // namespace
@@ -283,10 +316,13 @@ ScrollList::list_item* ScrollList::get_contained_item(long long index) {
         list_item* item = slot.get();
         item->key = layer;
         item->row = new WidgetWithBackground(this, row_normal, row_hover, row_selected, m_global);
+        // It fills all of itself: nothing under it needs painting.
+        item->row->setAttribute(Qt::WA_OpaquePaintEvent);
         auto* row_layout = new QHBoxLayout(item->row);
         row_layout->setContentsMargins(0, 0, 0, 0);
         row_layout->setSpacing(0);
-        item->clickable = new ClickableWidget(item->row, m_global);
+        auto* body = new row_body(item->row, m_global);
+        item->clickable = body;
         auto* grid = new QGridLayout(item->clickable);
         grid->setContentsMargins(0, 0, 0, 0);
         grid->setSpacing(0);
@@ -296,8 +332,8 @@ ScrollList::list_item* ScrollList::get_contained_item(long long index) {
         QLabel** values[] = {&item->width, &item->height, &item->columns, &item->rows};
         const char* captions[] = {"Width", "Height", "Columns", "Rows"};
         for (int i = 0; i < 4; ++i) {
-            grid->addWidget(new row_label(captions[i], item->clickable), i, 0);
-            *values[i] = new row_label(QString(), item->clickable);
+            grid->addWidget(body->add_label(captions[i]), i, 0);
+            *values[i] = body->add_label(QString());
             grid->addWidget(*values[i], i, 1);
         }
         // It sets the width of the values' column.
@@ -397,6 +433,7 @@ void W_LayerScrollList::finish_new(list_item* item, long long index) {
     auto* grid = static_cast<QGridLayout*>(item->clickable->layout());
     item->visible = new CheckboxWithFocus(item->clickable, "Visible");
     item->visible->setChecked(true);
+    use_cached_style(item->visible);
     item->visible->set_callback([this, item](bool checked) {
         if (pointer<app_layer> layer = m_global->get_layer(item->index))
             layer->set_hidden(!checked);
@@ -405,7 +442,13 @@ void W_LayerScrollList::finish_new(list_item* item, long long index) {
     // A layer whose row is new shows: a project loaded with a hidden layer
     // comes up with all of them visible.
     if (pointer<app_layer> layer = m_global->get_layer(index)) layer->set_hidden(false);
-    grid->addWidget(new NOP(item->clickable, 20, 20), 4, 1);
+    // A blank that only keeps its room: hidden, it costs no paint.
+    auto* blank = new NOP(item->clickable, 20, 20);
+    QSizePolicy policy = blank->sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    blank->setSizePolicy(policy);
+    blank->hide();
+    grid->addWidget(blank, 4, 1);
     item->up = new QPushButton(item->clickable);
     item->down = new QPushButton(item->clickable);
     item->up->setObjectName("up");
@@ -415,6 +458,7 @@ void W_LayerScrollList::finish_new(list_item* item, long long index) {
     for (QPushButton* b : {item->up, item->down}) {
         b->setFixedSize(28, 20);
         b->setFocusPolicy(Qt::NoFocus);
+        use_cached_style(b);
     }
     grid->addWidget(item->up, 5, 0, Qt::AlignLeft);
     grid->addWidget(item->down, 5, 1, Qt::AlignLeft);
@@ -467,6 +511,7 @@ void W_PresetScrollList::finish_new(list_item* item, long long) {
     for (QPushButton* b : {item->clone, item->up}) {
         b->setFixedSize(50, 22);
         b->setFocusPolicy(Qt::NoFocus);
+        use_cached_style(b);
     }
     grid->addWidget(item->clone, 4, 0, Qt::AlignLeft);
     grid->addWidget(item->up, 4, 1, Qt::AlignLeft);

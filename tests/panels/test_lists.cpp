@@ -279,3 +279,32 @@ TEST_F(lists, ManyReloadsBetweenTwoFramesCostOneSync) {
     panel->repaint();
     EXPECT_EQ(row_of(0)->picture->repaints(), painted);
 }
+
+TEST_F(lists, KeptPicturesOfTheControlsLookAsTheStyleDrawsThem) {
+    make_layers({"A"});
+    // Each control of a row beside a twin drawn by the style itself, in
+    // the same place of the same row: they look the same, pressed or not.
+    QPushButton* up = row_of(0)->up;
+    QPushButton twin(up->parentWidget());
+    twin.setIcon(up->icon());
+    twin.setFocusPolicy(Qt::NoFocus);
+    twin.setGeometry(up->geometry());
+    twin.show();
+    EXPECT_NE(up->style(), twin.style());
+    for (bool down : {false, true, false}) {
+        up->setDown(down);
+        twin.setDown(down);
+        EXPECT_EQ(up->grab().toImage(), twin.grab().toImage()) << down;
+    }
+    up->setDown(true);
+    const QImage pressed = up->grab().toImage();
+    up->setDown(false);
+    EXPECT_NE(up->grab().toImage(), pressed);
+    // A preset's captioned button as well.
+    QPushButton* clone = presets->item_of(global->get_presets()[0].get())->clone;
+    QPushButton captioned(clone->text(), clone->parentWidget());
+    captioned.setFocusPolicy(Qt::NoFocus);
+    captioned.setGeometry(clone->geometry());
+    captioned.show();
+    EXPECT_EQ(clone->grab().toImage(), captioned.grab().toImage());
+}
