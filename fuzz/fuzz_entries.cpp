@@ -74,8 +74,10 @@ void project_file(const std::uint8_t* data, std::size_t size) {
     }
     for (long long i = 0; i < global.get_layers_count(); ++i)
         exercise_layer(global.get_layer(i));
-    (void)global.project_or_presets_text(global.current_project()->get_layers(),
-                                         "TESSERINE_LED_PROJECT", "Width:1\nHeight:1", true);
+    // A refused file leaves the workspace as it was: here, with no project.
+    if (global.current_project())
+        (void)global.project_or_presets_text(global.current_project()->get_layers(),
+                                             "TESSERINE_LED_PROJECT", "Width:1\nHeight:1", true);
     try {
         global.load_presets_from_string(text);
     } catch (const std::exception&) {
