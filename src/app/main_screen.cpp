@@ -634,6 +634,9 @@ void MainScreen::post_main_window_redraw() {
 }
 
 void MainScreen::post_main_screen_layout() {
+    // A palette asks for this after an edit the rows show (sizes, counts):
+    // the lists follow at the same once-per-frame sync as after a reload.
+    lists_need_sync = true;
     post_layout();
     if (m_building == 0) update();
 }

@@ -230,12 +230,8 @@ void ScrollList::list_item::updateFromLayer(const pointer<app_layer>& layer) {
         visible->set_checked(!layer->is_hidden());
     QString columns_text = "N/A", rows_text = "N/A";
     if (auto boxes = std::dynamic_pointer_cast<boxes_layer>(layer)) {
-        // Half cabinets take half a column or row, once even with both.
-        float c = float(boxes->Columns), r = float(boxes->Rows);
-        if (boxes->HalfColumns[0] || boxes->HalfColumns[1]) c -= 0.5f;
-        if (boxes->HalfColumns[2] || boxes->HalfColumns[3]) r -= 0.5f;
-        columns_text = QString::asprintf("%.2f", c);
-        rows_text = QString::asprintf("%.2f", r);
+        columns_text = QString::asprintf("%.2f", double(boxes->get_full_columns()));
+        rows_text = QString::asprintf("%.2f", double(boxes->get_full_rows()));
     }
     set_text_if_changed(columns, columns_text);
     set_text_if_changed(rows, rows_text);

@@ -163,13 +163,13 @@ void SettingsBoxes::install_callbacks_handlers() {
     on_commit(cabinet_width, [this] {
         on_dimension(cabinet_width, [](boxes_layer& l, int v) {
             l.Width = v;
-            l.set_changed();
+            grid_changed(l);
         });
     });
     on_commit(cabinet_height, [this] {
         on_dimension(cabinet_height, [](boxes_layer& l, int v) {
             l.Height = v;
-            l.set_changed();
+            grid_changed(l);
         });
     });
     // The grid size changes the cabinet count, and so the amperes.

@@ -1,5 +1,7 @@
 #include "panels/top_panel.h"
 
+#include "panels/widgets/fields.h"
+
 #include "document/global.h"
 #include "document/image_layer.h"
 #include "panels/look.h"
@@ -19,24 +21,10 @@ namespace Vantora_TesserinePro {
 
 namespace {
 
-QLabel* caption(QWidget* parent, const char* text) {
-    auto* label = new QLabel(text, parent);
-    label->setFont(look::sans(14));
-    look::set_text_color(label, look::text);
-    return label;
-}
-
 QLineEdit* number_field(QWidget* parent) {
-    auto* field = new QLineEdit(parent);
+    QLineEdit* field = make_text_box(parent);
     field->setFixedSize(80, 22);
-    field->setFont(look::sans(14));
     return field;
-}
-
-// Writes text by program: no callback runs.
-void set_value(QLineEdit* field, const QString& text) {
-    const QSignalBlocker quiet(field);
-    field->setText(text);
 }
 
 } // namespace
@@ -61,39 +49,39 @@ TopPanel::TopPanel(QWidget* parent, Global* global) : QWidget(parent), SettingsF
     blank(5);
     button("Save Image", &Global::save_image_button);
     blank(5);
-    row->addWidget(caption(this, "Raster Width:"));
+    row->addWidget(make_caption(this, "Raster Width:"));
     blank(5);
     m_width = number_field(this);
     m_width->setObjectName("raster width");
     row->addWidget(m_width);
     blank(5);
-    row->addWidget(caption(this, "Raster Height:"));
+    row->addWidget(make_caption(this, "Raster Height:"));
     blank(5);
     m_height = number_field(this);
     m_height->setObjectName("raster height");
     row->addWidget(m_height);
     blank(5);
-    m_aspect_label = caption(this, "Aspect ratio:");
+    m_aspect_label = make_caption(this, "Aspect ratio:");
     row->addWidget(m_aspect_label);
     blank(5);
     m_aspect = new CheckboxWithFocus(this);
     m_aspect->set_checked(true);
     row->addWidget(m_aspect);
     blank(5);
-    row->addWidget(caption(this, "Black BG:"));
+    row->addWidget(make_caption(this, "Black BG:"));
     blank(5);
     m_black = new CheckboxWithFocus(this);
     m_black->set_checked(global->black_background);
     row->addWidget(m_black);
     blank(5);
-    row->addWidget(caption(this, "Auto-Select:"));
+    row->addWidget(make_caption(this, "Auto-Select:"));
     blank(5);
     m_auto = new CheckboxWithFocus(this);
     m_auto->set_checked(global->auto_select);
     row->addWidget(m_auto);
     blank(5);
     blank(15);
-    m_counts = caption(this, "");
+    m_counts = make_caption(this, "");
     row->addWidget(m_counts);
     row->addStretch(1);
 
@@ -113,7 +101,7 @@ TopPanel::TopPanel(QWidget* parent, Global* global) : QWidget(parent), SettingsF
 
 void TopPanel::on_raster_width() {
     const unsigned v = calc_dimension(m_width->text().toStdString());
-    set_value(m_width, QString::number(v));
+    set_text_quietly(m_width, QString::number(v));
     m_global->set_paper_width(int(v));
     // A raster of 0 or 1 reads as 1: then the label stays where it is.
     if (m_global->get_paper_width() == int(v)) {
@@ -124,7 +112,7 @@ void TopPanel::on_raster_width() {
 
 void TopPanel::on_raster_height() {
     const unsigned v = calc_dimension(m_height->text().toStdString());
-    set_value(m_height, QString::number(v));
+    set_text_quietly(m_height, QString::number(v));
     m_global->set_paper_height(int(v));
     if (m_global->get_paper_height() == int(v)) {
         m_global->raster_label_y = m_global->get_paper_height() - m_global->raster_label_height;
@@ -139,8 +127,8 @@ void TopPanel::updateCounts(long layers, long presets) {
 }
 
 void TopPanel::updatePaperNumbersVisual() {
-    set_value(m_width, QString::number(m_global->get_paper_width()));
-    set_value(m_height, QString::number(m_global->get_paper_height()));
+    set_text_quietly(m_width, QString::number(m_global->get_paper_width()));
+    set_text_quietly(m_height, QString::number(m_global->get_paper_height()));
 }
 
 void TopPanel::showHideAspectRatio(bool show) {

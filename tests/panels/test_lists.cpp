@@ -5,10 +5,12 @@
 #include "panels/add_layer_context_menu.h"
 #include "panels/right_panel.h"
 #include "panels/scroll_list.h"
+#include "panels/settings_boxes.h"
 #include "panels/widgets/small_widgets.h"
 #include "window/window_fixture.h"
 
 #include <QLabel>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QTemporaryDir>
@@ -156,6 +158,19 @@ TEST_F(lists, HalfCabinetsShowAsHalfAColumnOrRowOnce) {
         EXPECT_EQ(row_of(0)->rows->text(), c.rows) << c.flags;
     }
     EXPECT_EQ(row_of(0)->width->text(), QString::number(layer->get_width()));
+}
+
+TEST_F(lists, TheRowFollowsTheScreenInfoEditsItShows) {
+    make_layers({"A"});
+    SettingsBoxes* info = screen->settings_boxes();
+    const int syncs = panel->sync_count();
+    info->columns->setText("3");
+    QTest::keyClick(info->columns, Qt::Key_Return);
+    info->cabinet_width->setText("100");
+    QTest::keyClick(info->cabinet_width, Qt::Key_Return);
+    ASSERT_TRUE(wait_until([&] { return row_of(0)->width->text() == "300"; }));
+    EXPECT_EQ(row_of(0)->columns->text(), "3.00");
+    EXPECT_GT(panel->sync_count(), syncs);
 }
 
 TEST_F(lists, AnImageRowShowsNotApplicableAndItsPixelSize) {
