@@ -22,6 +22,9 @@
 #include "panels/top_menu.h"
 #include "panels/top_panel.h"
 
+#include <cctype>
+#include <cstring>
+
 #include <QAbstractSpinBox>
 #include <QApplication>
 #include <QDesktopServices>
@@ -58,18 +61,37 @@ std::uint64_t modifier_bit(int key) {
     }
 }
 
-// The name a pressed key gives a shortcut: its text when it has one, the
-// letter or digit of its key, "+" and "-" for those keys, else Qt's name.
+// The key at a place of the keyboard, by its Linux key code (X and Wayland
+// both give the kernel's code plus 8): the digit row and the letters of a
+// US keyboard. Shift or the layout may make such a key type something
+// else ("$", "&", a Cyrillic letter); shortcuts name the key.
+std::string key_at(quint32 code) {
+    static const char* const rows[] = {"1234567890", "QWERTYUIOP", "ASDFGHJKL", "ZXCVBNM"};
+    static const quint32 row_starts[] = {10, 24, 38, 52};
+    for (int r = 0; r < 4; ++r)
+        if (code >= row_starts[r] && code - row_starts[r] < std::strlen(rows[r]))
+            return std::string(1, rows[r][code - row_starts[r]]);
+    return {};
+}
+
+// The name a pressed key gives a shortcut: the Latin letter or the digit
+// of its key whatever Shift and the layout type, "+" for the key of "+"
+// and "=" (and the keypad's), "-" for that of "-" and "_"; else its text,
+// else Qt's name. The digit row names digits even where the layout types
+// "&" or "-" on it unshifted (French), so that Ctrl+6 never deletes.
 std::string key_name(const QKeyEvent& event) {
-    const QString text = event.text();
-    // Letters name their key in capitals, whatever the case typed.
-    if (!text.isEmpty() && text.at(0).isPrint()) return text.toUpper().toStdString();
     const int key = event.key();
+    if (modifier_bit(key) || key == Qt::Key_unknown) return {};
     if (key >= Qt::Key_A && key <= Qt::Key_Z) return std::string(1, char('A' + (key - Qt::Key_A)));
+    const bool keypad = event.modifiers() & Qt::KeypadModifier;
+    const std::string placed = keypad ? std::string() : key_at(event.nativeScanCode());
+    if (!placed.empty() && std::isdigit((unsigned char)placed[0])) return placed;
     if (key >= Qt::Key_0 && key <= Qt::Key_9) return std::string(1, char('0' + (key - Qt::Key_0)));
     if (key == Qt::Key_Plus || key == Qt::Key_Equal) return "+";
     if (key == Qt::Key_Minus || key == Qt::Key_Underscore) return "-";
-    if (modifier_bit(key) || key == Qt::Key_unknown) return {};
+    if (!placed.empty()) return placed;
+    const QString text = event.text();
+    if (!text.isEmpty() && text.at(0).isPrint()) return text.toUpper().toStdString();
     return QKeySequence(key).toString().toStdString();
 }
 
@@ -406,6 +428,14 @@ bool MainScreen::keyboard_event(QKeyEvent* event) {
     if (!name.empty()) {
         m_last_key_string = keys::string_key(name, held);
         if (m_top_menu && m_top_menu->keytrigger(m_last_key_string)) return true;
+        // "+" takes Shift on many layouts: Ctrl+Shift+= is Ctrl++.
+        if (name == "+" && (held & keys::group_a) && m_top_menu) {
+            const std::string unshifted = keys::string_key(name, held & ~keys::group_a);
+            if (m_top_menu->keytrigger(unshifted)) {
+                m_last_key_string = unshifted;
+                return true;
+            }
+        }
     }
     if (event->key() == Qt::Key_Escape && m_top_menu) m_top_menu->fold();
     return false;

@@ -1,0 +1,100 @@
+#!/usr/bin/env bash
+# Every shortcut of the menu, typed on a real (Xvfb) keyboard with a US
+# layout: Shift, the keypad and "+" (Shift+= there) included. Each key must
+# run its entry: the program prints the entry's number within its section,
+# and a file dialog or question it opens is answered with Escape.
+# Usage: shortcuts.sh PATH_TO_TESSERINE
+set -uo pipefail
+BIN="$(realpath "$1")"
+ROOT="$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)"
+source "$ROOT/scripts/xvfb.bash"
+
+WORK="$(mktemp -d)"
+trap 'stop_all; rm -rf "$WORK"' EXIT
+export XDG_DATA_HOME="$WORK/data" XDG_RUNTIME_DIR="$WORK/run"
+mkdir -m 0700 "$XDG_RUNTIME_DIR"
+cd "$WORK"
+DEADLINE="${DEADLINE:-120}"
+
+start_display 1600x1000 || exit 1
+"$BIN" >app.log 2>&1 &
+APP_PID=$!
+wait_for "the main window" "$DEADLINE" has_window "^Tesserine Pro$" || { cat app.log >&2; exit 1; }
+WID="$(window_id "^Tesserine Pro$")"
+# Keys count once the first frame is there: cabinet (1, 1) of the new wall.
+painted() { shoot window.png "$WID" && pixel_is window.png $((280 + 200)) $((70 + 200)) "63,127,127"; }
+wait_for "the first frame" "$DEADLINE" painted || exit 1
+
+# ran COUNT ID: the entry printed after the COUNT printed before is ID.
+ran() { [ "$(grep '^Submenu clicked' app.log | sed -n "$(($1 + 1))p")" = "Submenu clicked, id: $2" ]; }
+# Another window of ours (a file dialog, a question) is in front.
+other_window() { xdotool search --onlyvisible --pid "$APP_PID" --name . 2>/dev/null | grep -vx "$WID" | head -n 1; }
+dialog_up() { [ -n "$(other_window)" ]; }
+dialog_gone() { [ -z "$(other_window)" ]; }
+
+failed=0
+# key (xdotool's name)  entry  what it runs
+while read -r key id asks what; do
+  [ -z "$key" ] || [ "${key:0:1}" = "#" ] && continue
+  before="$(grep -c '^Submenu clicked' app.log)"
+  xdotool windowfocus --sync "$WID" 2>/dev/null
+  xdotool key --clearmodifiers "$key"
+  if ! wait_for "$key" "$DEADLINE" ran "$before" "$id"; then
+    echo "FAIL: $key did not run $what" >&2
+    failed=$((failed + 1))
+    continue
+  fi
+  if [ "$asks" = "asks" ]; then
+    wait_for "the dialog of $key" "$DEADLINE" dialog_up || { failed=$((failed + 1)); continue; }
+    xdotool windowfocus --sync "$(other_window)" 2>/dev/null
+    xdotool key Escape
+    wait_for "the end of the dialog of $key" "$DEADLINE" dialog_gone || failed=$((failed + 1))
+  fi
+  echo "$key: $what"
+done <<'TABLE'
+# File
+ctrl+n            0  -     New
+ctrl+o            1  asks  Open Project
+ctrl+s            2  asks  Save Project
+alt+s             3  asks  Export PNG
+ctrl+alt+s        4  asks  Export PSD
+ctrl+alt+r        5  asks  Export Resolume Arena
+# Layers: "+" is Shift+= on this layout; the keypad's keys too
+ctrl+plus         0  -     Add Screen Layer
+ctrl+equal        0  -     Add Screen Layer
+ctrl+shift+equal  0  -     Add Screen Layer
+ctrl+KP_Add       0  -     Add Screen Layer
+ctrl+i            1  asks  Add Image Layer
+ctrl+d            3  -     Clone Current Layer
+ctrl+minus        4  -     Delete Current Layer
+ctrl+KP_Subtract  4  -     Delete Current Layer
+# View
+ctrl+shift+b      0  -     Background Color
+ctrl+shift+o      1  -     Outline
+ctrl+shift+c      2  -     Centering Circle
+ctrl+shift+x      3  -     XY Offsets Label
+ctrl+shift+s      4  -     Screen Size Label
+ctrl+shift+l      5  -     Cabinet ID
+ctrl+shift+p      6  -     Power Label
+ctrl+shift+d      7  -     Data Path
+ctrl+1            8  -     Path Pattern 1
+ctrl+2            9  -     Path Pattern 2
+ctrl+3            10 -     Path Pattern 3
+ctrl+4            11 -     Path Pattern 4
+ctrl+5            12 -     Path Pattern 5
+ctrl+6            13 -     Path Pattern 6
+ctrl+7            14 -     Path Pattern 7
+ctrl+8            15 -     Path Pattern 8
+# Window: the digits with Shift type "$%^&*(" here
+ctrl+shift+4      0  -     Screen Info
+ctrl+shift+5      1  -     Labels Info
+ctrl+shift+6      2  -     Data tools
+ctrl+shift+7      3  -     Power tools
+ctrl+shift+8      4  -     Color tools
+ctrl+shift+9      5  -     Raster Label tool
+# Live Output
+ctrl+p            0  -     No Live Output
+TABLE
+
+kill -0 "$APP_PID" || { echo "FAIL: the program ended" >&2; failed=$((failed + 1)); }
+[ "$failed" -eq 0 ]
