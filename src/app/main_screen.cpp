@@ -27,6 +27,7 @@
 
 #include <QAbstractSpinBox>
 #include <QApplication>
+#include <QComboBox>
 #include <QDesktopServices>
 #include <QFileDialog>
 #include <QJsonObject>
@@ -34,8 +35,10 @@
 #include <QKeySequence>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QPlainTextEdit>
 #include <QPainter>
 #include <QPushButton>
+#include <QTextEdit>
 #include <QUrl>
 
 namespace Vantora_TesserinePro {
@@ -93,6 +96,15 @@ std::string key_name(const QKeyEvent& event) {
     const QString text = event.text();
     if (!text.isEmpty() && text.at(0).isPrint()) return text.toUpper().toStdString();
     return QKeySequence(key).toString().toStdString();
+}
+
+// Whether the focus is in a field that takes typed text.
+bool typing_text() {
+    QWidget* w = QApplication::focusWidget();
+    if (!w) return false;
+    if (auto* box = qobject_cast<QComboBox*>(w)) return box->isEditable();
+    return qobject_cast<QLineEdit*>(w) || qobject_cast<QAbstractSpinBox*>(w) ||
+           qobject_cast<QTextEdit*>(w) || qobject_cast<QPlainTextEdit*>(w);
 }
 
 // Qt's name filter of a dialog entry: open dialogs give (caption,
@@ -421,8 +433,8 @@ bool MainScreen::keyboard_event(QKeyEvent* event) {
     if (!press) return false;
     const std::string name = key_name(*event);
     if (name == " ") {
-        // Also while a text box has the focus: the box still gets it.
-        if (m_main_impact) m_main_impact->on_space_key();
+        // A space typed into a name or a label is text, not a new run.
+        if (m_main_impact && !typing_text()) m_main_impact->on_space_key();
         return false;
     }
     if (!name.empty()) {

@@ -11,7 +11,9 @@
 #include <QPainter>
 #include <QPushButton>
 #include <QResizeEvent>
+#include <QGuiApplication>
 #include <QScrollArea>
+#include <QTimer>
 #include <QScrollBar>
 #include <QSignalBlocker>
 #include <QVBoxLayout>
@@ -76,7 +78,19 @@ QPushButton* RightPanelList::add_button(const QString& caption, const QString& t
 }
 
 void RightPanelList::syncFromGlobal() {
-    if (m_list) m_list->syncFromGlobal();
+    if (!m_list) return;
+    m_list->syncFromGlobal();
+    // After a clone, an add or a click on the canvas, the current layer's
+    // row shows, once its place in the laid-out list is known.
+    QWidget* selected = m_list->selected_item();
+    if (!selected || selected == m_scrolled_to) return;
+    // Not under a hand dragging rows: its row is where the hand is.
+    if (QGuiApplication::mouseButtons() != Qt::NoButton) return;
+    m_scrolled_to = selected;
+    QTimer::singleShot(0, this, [this] {
+        if (QWidget* row = m_list->selected_item(); row && row->isVisible())
+            m_scroll->ensureWidgetVisible(row, 0, 0);
+    });
 }
 
 LayerList::LayerList(QWidget* parent, Global* global) : RightPanelList(parent, global, true) {

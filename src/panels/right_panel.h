@@ -29,6 +29,9 @@ class RightPanelList : public QWidget {
     QPushButton* add_button(const QString& caption, const QString& tooltip, int fixed_width = 0);
 
     Global* m_global;
+    // The selected row the list last scrolled to; a new one is brought
+    // into view.
+    const QWidget* m_scrolled_to = nullptr;
     QScrollArea* m_scroll;
     ScrollList* m_list;
     QWidget* m_bottom;

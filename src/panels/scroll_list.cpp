@@ -305,7 +305,6 @@ ScrollList::list_item* ScrollList::get_contained_item(long long index) {
         // A new layer at the address of one that is gone: the row is taken
         // over, and is new to this layer.
         slot->key = layer;
-        if (m_is_layer_list) layer->set_hidden(false);
     }
     if (!slot || !slot->row) {
         slot = std::make_shared<list_item>();
@@ -428,16 +427,15 @@ QWidget* W_LayerScrollList::selected_item() const {
 void W_LayerScrollList::finish_new(list_item* item, long long index) {
     auto* grid = static_cast<QGridLayout*>(item->clickable->layout());
     item->visible = new CheckboxWithFocus(item->clickable, "Visible");
-    item->visible->setChecked(true);
+    // A hidden layer stays hidden in its new row (an opened project's).
+    const pointer<app_layer> layer = m_global->get_layer(index);
+    item->visible->setChecked(!layer || !layer->is_hidden());
     use_cached_style(item->visible);
     item->visible->set_callback([this, item](bool checked) {
         if (pointer<app_layer> layer = m_global->get_layer(item->index))
             layer->set_hidden(!checked);
     });
     grid->addWidget(item->visible, 4, 0);
-    // A layer whose row is new shows: a project loaded with a hidden layer
-    // comes up with all of them visible.
-    if (pointer<app_layer> layer = m_global->get_layer(index)) layer->set_hidden(false);
     // A blank that only keeps its room: hidden, it costs no paint.
     auto* blank = new NOP(item->clickable, 20, 20);
     QSizePolicy policy = blank->sizePolicy();

@@ -196,6 +196,7 @@ void SettingsBoxes::install_callbacks_handlers() {
             if (!layer) return;
             layer->set_half_pair(set_bit, clear_bit, value);
             update_half_checkboxes(layer);
+            grid_changed(*layer); // the rows show the columns and rows
         });
     };
     half(half_first_column, 0, 1);

@@ -15,7 +15,7 @@
 namespace Vantora_TesserinePro {
 
 SettingsRasterLabel::SettingsRasterLabel(QWidget* parent, Global* global)
-    : SettingsBaseWindow(parent, global, "Labels") {
+    : SettingsBaseWindow(parent, global, "Raster Label") {
     auto* column = new QVBoxLayout(body());
     column->setContentsMargins(3, 3, 3, 3);
     column->setSpacing(3);

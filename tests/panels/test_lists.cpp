@@ -115,7 +115,9 @@ TEST_F(lists, ThreeLayersShowTopDownAndTheArrowsMoveTheMiddleOne) {
 TEST_F(lists, ADragReordersAtEachRowEntered) {
     make_layers({"A", "B", "C", "D"});
     ASSERT_EQ(shown(rows), (names{"D", "C", "B", "A"}));
-    LayerPreviewImage* dragged = row_of(3)->picture; // D, at the top
+    global->set_current_layer_index(3); // D, at the top, shows
+    sync();
+    LayerPreviewImage* dragged = row_of(3)->picture;
     const QPoint start(20, 40);
     QTest::mousePress(dragged, Qt::LeftButton, {}, start);
     std::vector<names> seen;
@@ -136,6 +138,27 @@ TEST_F(lists, ADragReordersAtEachRowEntered) {
     QTest::mouseRelease(dragged, Qt::LeftButton, {}, start);
     EXPECT_EQ(seen, (std::vector<names>{{"A", "B", "D", "C"}, {"A", "D", "B", "C"}}));
     EXPECT_EQ(shown(rows), (names{"C", "B", "D", "A"}));
+}
+
+TEST_F(lists, TheCurrentLayersRowIsScrolledIntoView) {
+    make_layers({"A", "B", "C", "D", "E", "F", "G", "H", "I", "J", "K", "L"});
+    QScrollArea* scroll = panel->layer_list()->scroll_panel();
+    const auto in_view = [&](long long index) {
+        ScrollList::list_item* item = row_of(index);
+        if (!item || !item->row->isVisible()) return false;
+        QWidget* row = item->row;
+        const int top = row->mapTo(scroll->viewport(), QPoint(0, 0)).y();
+        return top >= 0 && top + row->height() <= scroll->viewport()->height();
+    };
+    for (long long index : {11, 0, 11}) { // the top row, the bottom, the top
+        global->set_current_layer_index(index);
+        global->host().post_main_screen_layout();
+        EXPECT_TRUE(wait_until([&] { return in_view(index); })) << index;
+    }
+    // Clone Current selects the copy, at the bottom of the stack.
+    QTest::mouseClick(bottom_button(panel->layer_list(), "Clone Current"), Qt::LeftButton);
+    ASSERT_EQ(global->get_current_layer_id(), 0);
+    EXPECT_TRUE(wait_until([&] { return in_view(0); }));
 }
 
 TEST_F(lists, HalfCabinetsShowAsHalfAColumnOrRowOnce) {
@@ -171,6 +194,10 @@ TEST_F(lists, TheRowFollowsTheScreenInfoEditsItShows) {
     ASSERT_TRUE(wait_until([&] { return row_of(0)->width->text() == "300"; }));
     EXPECT_EQ(row_of(0)->columns->text(), "3.00");
     EXPECT_GT(panel->sync_count(), syncs);
+    QTest::mouseClick(info->half_first_column, Qt::LeftButton);
+    QTest::mouseClick(info->half_last_row, Qt::LeftButton);
+    EXPECT_TRUE(wait_until([&] { return row_of(0)->columns->text() == "2.50"; }));
+    EXPECT_TRUE(wait_until([&] { return row_of(0)->rows->text() == "4.50"; }));
 }
 
 TEST_F(lists, AnImageRowShowsNotApplicableAndItsPixelSize) {
@@ -188,7 +215,7 @@ TEST_F(lists, AnImageRowShowsNotApplicableAndItsPixelSize) {
     EXPECT_EQ(item->height->text(), "360");
 }
 
-TEST_F(lists, ANewRowMakesItsLayerVisibleButTheBoxHidesAtOnce) {
+TEST_F(lists, AHiddenLayerStaysHiddenThroughSaveOpenAndRebuilds) {
     make_layers({"A", "B"});
     QTest::mouseClick(row_of(1)->visible, Qt::LeftButton);
     EXPECT_TRUE(global->get_layer(1)->is_hidden());
@@ -202,6 +229,11 @@ TEST_F(lists, ANewRowMakesItsLayerVisibleButTheBoxHidesAtOnce) {
     ASSERT_EQ(global->get_layers_count(), 2);
     ASSERT_TRUE(global->get_layer(1)->is_hidden()); // as loaded
     sync();
+    EXPECT_TRUE(global->get_layer(1)->is_hidden());
+    EXPECT_FALSE(row_of(1)->visible->isChecked());
+    EXPECT_TRUE(row_of(0)->visible->isChecked());
+    // New layers (maybe at the old ones' addresses) show.
+    make_layers({"A", "B"});
     EXPECT_FALSE(global->get_layer(1)->is_hidden());
     EXPECT_TRUE(row_of(1)->visible->isChecked());
 }

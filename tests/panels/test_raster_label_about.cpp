@@ -67,6 +67,7 @@ TEST_F(raster_label, EachControlWritesItsWorkspaceFieldAndMarksNoLayer) {
 }
 
 TEST_F(raster_label, FillsFromTheWorkspaceAndCopiesBack) {
+    EXPECT_EQ(p()->title(), "Raster Label"); // not "Labels", which is the other palette
     global->raster_label_enabled = true;
     global->raster_label_x = -12; // only a file or a drag sets a negative place
     global->raster_label_y = 34;
