@@ -24,7 +24,7 @@ same "$(head -n 1 out.txt)" "$(printf '0\tP 2.6mm\t192x192\t5x3')"
 same "$(tail -n 1 out.txt)" "$(printf '8\tP 6.25\t80x80\t5x3')"
 absent "$XDG_DATA_HOME/Tesserine/autosaved.tsrx_presets" # listing saves nothing
 
-printf 'TESSERINE_LED_PRESETS v2 1 0\n1 21\nName:Mine\nColumns:2\n' >mine.tsrx_presets
+printf 'TESSERINE_LED_PRESETS v2 1 0\n1 20\nName:Mine\nColumns:2\n' >mine.tsrx_presets
 expect 0 "$BIN" presets mine.tsrx_presets
 same "$(cat out.txt)" "$(printf '0\tMine\t128x128\t2x5\n1\tMine\t128x128\t2x5')"
 

@@ -130,14 +130,14 @@ TEST_F(presets, AddingAPresetFromTheCurrentLayer) {
     EXPECT_NE(global.get_presets()[0], global.get_layer(1));
     EXPECT_EQ(host.reloads, reloads + 1);
     ASSERT_TRUE(autosave_exists());
-    EXPECT_EQ(read_file(autosave()).substr(0, 30), "TESSERINE_LED_PRESETS v2 10 0\n");
+    EXPECT_EQ(read_file(autosave()).substr(0, 30), "TESSERINE_LED_PRESETS v2 9 0\n1");
 
     // The next start reads the saved list, and does not save it again.
     recording_host other_host;
     Global next(&other_host);
     next.load_default_presets();
     EXPECT_EQ(next.get_presets()[0]->get_name(), "Mine");
-    EXPECT_EQ(read_file(autosave()).substr(0, 30), "TESSERINE_LED_PRESETS v2 10 0\n");
+    EXPECT_EQ(read_file(autosave()).substr(0, 30), "TESSERINE_LED_PRESETS v2 9 0\n1");
 }
 
 TEST_F(presets, DeletingAllPresetsBringsTheCatalogueBack) {
@@ -174,7 +174,7 @@ TEST_F(presets, NewWithASavedLogo) {
     ASSERT_TRUE(img.save(QString::fromStdString(png)));
     global.set_logo_from_path(png);
     const std::string logo = read_file((folder_to_save_data() / "logo.data").string());
-    EXPECT_EQ(logo.substr(0, 49), "TESSERINE_LED_PROJECT v2 1 16\nWidth:0\nHeight:0\n2 ");
+    EXPECT_EQ(logo.substr(0, 49), "TESSERINE_LED_PROJECT v2 0 16\nWidth:0\nHeight:0\n2 ");
 
     recording_host other_host;
     Global next(&other_host);
