@@ -121,10 +121,37 @@ python3 -c 'import json,sys; d=json.load(open("out.txt")); sys.exit(0 if [l["amp
 # --- bad input ----------------------------------------------------------
 mkdir folder.tsrx
 printf 'hello\n' >junk.tsrx
-for input in missing.tsrx folder.tsrx junk.tsrx; do
+mkfifo fifo.tsrx
+truncate -s 1536M sparse.tsrx
+# Special and huge files are refused without being opened or read (a hang
+# ends in the test's timeout).
+for input in missing.tsrx folder.tsrx junk.tsrx fifo.tsrx /dev/zero sparse.tsrx; do
   expect 2 "$BIN" info "$input"
   contains err.txt "$input"
 done
+contains err.txt "larger than 1 GiB"
+rm sparse.tsrx
+
+# A damaged file: every reading command says so and exits 3, and still
+# gives what the lenient reader took.
+head -c 600 wall.tsrx >cut.tsrx
+for cmd in "info cut.tsrx" "route cut.tsrx" "render cut.tsrx -o cut.png" \
+  "export-resolume cut.tsrx -o cut.xml"; do
+  expect 3 "$BIN" $cmd
+  contains err.txt "tesserine: cut.tsrx: damaged: line 4, byte 53: layer 0 (a screen layer) is cut short"
+  [ -s out.txt ] || [ -s cut.png ] && ok || fail "$cmd gave nothing"
+done
+printf 'TESSERINE_LED_PRESETS v2 0 0\n1 40\nName:Cut\n' >cut.tsrx_presets
+expect 3 "$BIN" presets cut.tsrx_presets
+same "$(cut -f 2 out.txt)" "Cut"
+contains err.txt "1 preset read, the file announces 1"
+
+# CR LF ends and a byte-order mark read as the LF file does.
+expect 0 "$BIN" info wall.tsrx
+mv out.txt lf.txt
+{ printf '\xEF\xBB\xBF'; sed 's/$/\r/' wall.tsrx; } >crlf.tsrx
+expect 0 "$BIN" info crlf.tsrx
+same "$(cat out.txt)" "$(cat lf.txt)"
 expect 2 "$BIN" presets wall.tsrx
 expect 2 "$BIN" route junk.tsrx
 expect 2 "$BIN" route missing.tsrx
