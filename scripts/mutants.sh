@@ -29,8 +29,6 @@ MUTANTS=(
   "cut-record-unreported|src/persistence/project_files.cpp|s/else if (!stale \&\& available < length)/else if (false)/"
   "bad-value-unreported|src/core/diagnostics.cpp|s/if (g_listener) g_listener->m_on_error(key, value);//"
   "crlf-kept|src/core/line_reader.cpp|s/if (pairs == 0) return;/return;/"
-  "fifo-opened|src/core/atomic_file.cpp|s/if (!std::filesystem::is_regular_file(status))/if (false)/"
-  "huge-file-read|src/core/atomic_file.cpp|s/size > max_read_file_bytes/size > 2 * max_read_file_bytes/"
   "route-initial-side|src/datapath/route.cpp|s/const int initial = int(transposed ? (mode >> 1) \& 1 : mode \& 1);/const int initial = int(transposed ? mode \& 1 : mode \& 1);/"
   "route-half-column|src/datapath/route.cpp|s/(half\[0\] \&\& column == 0)/(half[1] \&\& column == 0)/"
   "leading-dot-extension|src/core/file_path.cpp|s/s.find('.', start + 1)/s.find('.', start)/"

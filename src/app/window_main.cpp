@@ -1,6 +1,7 @@
 #include "app/window_main.h"
 
 #include "app/application.h"
+#include "app/control_map.h"
 #include "panels/look.h"
 
 #include <QApplication>
@@ -83,6 +84,7 @@ int run_window(int argc, char** argv, const std::string& file) {
     application app;
     app.init_instance();
     app.on_request(file);
+    start_control_map(&qt);
     const int status = qt.exec();
     app.term_application();
     return status;

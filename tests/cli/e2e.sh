@@ -111,6 +111,13 @@ for platform in xcb wayland bogus; do
   contains out.txt '"name": "Screen1"'
 done
 
+# The window without a display says what to do, and exits 1 (no abort).
+for unreachable in "-u DISPLAY" "DISPLAY=:9999 QT_QPA_PLATFORM=xcb"; do
+  expect 1 env -u QT_QPA_PLATFORM -u DISPLAY -u WAYLAND_DISPLAY $unreachable "$BIN"
+  contains err.txt "tesserine: no display: "
+  contains err.txt "tesserine info FILE"
+done
+
 # Amperes that are not finite are told as strings.
 project nopower.tsrx 1920 1080 "$(wall Zero PowerVolts:0)" "$(wall Neg PowerVolts:0 PowerWatts:-5)" \
   "$(wall Nan PowerVolts:0 PowerWatts:0)"
