@@ -27,7 +27,7 @@ MONKEY_SECONDS="${TESSERINE_MONKEY_SECONDS:-60}"
 for seed in 1 2 3; do
   echo "== random input on the window, seed $seed, ${MONKEY_SECONDS}s" >&2
   ASAN_OPTIONS="detect_leaks=0:abort_on_error=1" UBSAN_OPTIONS="print_stacktrace=1:halt_on_error=1" \
-    bash "$ROOT/tests/window/monkey.sh" "$ASAN_DIR/tesserine" "$seed" "$MONKEY_SECONDS"
+    bash "$ROOT/scripts/monkey.sh" "$ASAN_DIR/tesserine" "$seed" "$MONKEY_SECONDS"
 done
 
 echo "== fuzz targets, ${FUZZ_SECONDS}s each" >&2
