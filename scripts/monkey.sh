@@ -41,7 +41,8 @@ while [ "$SECONDS" -lt "$end" ]; do
   dialog) event="Escape to a dialog"; xdotool key Escape ;;
   0 | 1) event="click $x $y"; xdotool mousemove "$x" "$y" click 1 ;;
   2)
-    dx=$((RANDOM % 300 - 150)) dy=$((RANDOM % 300 - 150))
+    # Within the screen: xdotool takes no negative point.
+    dx=$((RANDOM % 300 - (x < 150 ? x : 150))) dy=$((RANDOM % 300 - (y < 150 ? y : 150)))
     event="drag${mod:+ with $mod} from $x $y by $dx $dy"
     [ -n "$mod" ] && xdotool keydown "$mod"
     xdotool mousemove "$x" "$y" mousedown 1 mousemove $((x + dx / 2)) $((y + dy / 2)) \
