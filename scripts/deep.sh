@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # The deep checks of ./test --deep: the whole suite under AddressSanitizer
-# and UndefinedBehaviorSanitizer, then a short libFuzzer run of every reader
+# and UndefinedBehaviorSanitizer (with the Xvfb tests of the real window),
+# seeded random input on that window, then a short libFuzzer run of every reader
 # of outside text. Any finding fails the run.
 set -euo pipefail
 source "$(dirname "$0")/setup.sh"
@@ -19,6 +20,15 @@ export QT_QPA_PLATFORM=offscreen
 # Leaks are not checked: Qt and fontconfig keep caches until exit.
 ASAN_OPTIONS="detect_leaks=0:abort_on_error=1" UBSAN_OPTIONS="print_stacktrace=1:halt_on_error=1" \
   ctest --test-dir "$ASAN_DIR" --output-on-failure -j"$(nproc)"
+
+# The real window of the sanitizer build under seeded random input; the
+# Xvfb control test ran in the suite above.
+MONKEY_SECONDS="${TESSERINE_MONKEY_SECONDS:-60}"
+for seed in 1 2 3; do
+  echo "== random input on the window, seed $seed, ${MONKEY_SECONDS}s" >&2
+  ASAN_OPTIONS="detect_leaks=0:abort_on_error=1" UBSAN_OPTIONS="print_stacktrace=1:halt_on_error=1" \
+    bash "$ROOT/scripts/monkey.sh" "$ASAN_DIR/tesserine" "$seed" "$MONKEY_SECONDS"
+done
 
 echo "== fuzz targets, ${FUZZ_SECONDS}s each" >&2
 FUZZ_DIR="$ROOT/build-fuzz"

@@ -108,3 +108,44 @@ x.XFlush(d)
 x.XCloseDisplay(d)
 PY
 }
+
+# --- the program driven through its control map -------------------------
+# The window writes its controls to TESSERINE_CONTROL_MAP whenever that file
+# is missing (src/app/control_map.h): "PLACE KIND X Y NAME" a line, tabs
+# between, and "modal TITLE" while a dialog or popup is open.
+
+# start_mapped BIN: the window in the current folder, its output in app.log;
+# WID is its main window. Actions are logged to events.log by the caller.
+start_mapped() {
+  export TESSERINE_CONTROL_MAP="$PWD/map.txt" BROWSER=true
+  "$1" >app.log 2>&1 &
+  APP_PID=$!
+  touch events.log
+  wait_for "the main window" 120 has_window "^Tesserine Pro$" || give_up "no main window"
+  WID="$(window_id "^Tesserine Pro$")"
+  xdotool windowfocus --sync "$WID" 2>/dev/null
+}
+# give_up WHY: says why, with the last events and the program's output (a
+# sanitizer report whole), and ends the script.
+give_up() {
+  echo "FAIL: $1" >&2
+  echo "--- last events:" >&2
+  tail -n 20 events.log >&2
+  echo "--- program output:" >&2
+  tail -c 40000 app.log >&2
+  exit 1
+}
+# fresh_map: the map written again, which only a program that still runs
+# its event loop does.
+fresh_map() {
+  rm -f map.txt
+  kill -0 "$APP_PID" 2>/dev/null || give_up "the program ended"
+  wait_for "the control map" 120 test -s map.txt || give_up "the program does not answer"
+}
+# controls PLACE KIND [MAP]: "X Y NAME" of each control whose place starts
+# with PLACE and whose kind matches the expression KIND.
+controls() {
+  awk -F'\t' -v p="$1" -v k="$2" 'index($1, p) == 1 && $2 ~ k { print $3, $4, $5 }' "${3:-map.txt}"
+}
+# a_dialog_is_open: after a fresh map, whether a dialog or popup is open.
+a_dialog_is_open() { grep -q '^modal' map.txt; }

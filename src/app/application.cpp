@@ -131,17 +131,11 @@ void application::on_file_request(const std::string& path) {
     if (!main_window_pointer) return;
     MainScreen* screen = main_window_pointer->main_screen();
     Global& global = screen->global();
-    bool loaded = false;
-    if (!path.empty() && QFileInfo(QString::fromStdString(path)).isFile()) {
-        try {
-            global.load_project_from_file(path);
-            loaded = true;
-        } catch (const std::exception& e) {
-            // A record the reader refuses: say so, and start afresh.
-            global.show_error("The project " + path + " cannot be read: " + e.what());
-        }
-    }
-    if (!loaded) global.load_default_layers();
+    // A name of no file starts a new workspace; a file that is refused is
+    // reported and the window starts afresh; a damaged one opens with a
+    // warning.
+    const bool named = !path.empty() && QFileInfo::exists(QString::fromStdString(path));
+    if (!named || global.open_project_file(path).refused()) global.load_default_layers();
     if (global.get_layers_count() > 0) screen->setCurrentLayerTo(0, true);
     main_window* window = main_window_pointer.get();
     // Keys go to the canvas until the user picks a field.

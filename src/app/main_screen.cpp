@@ -30,6 +30,7 @@
 #include <QComboBox>
 #include <QDesktopServices>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QJsonObject>
 #include <QKeyEvent>
 #include <QKeySequence>
@@ -697,8 +698,20 @@ void MainScreen::show_error(const std::string& message) {
     });
 }
 
+void MainScreen::show_warning(const std::string& title, const std::string& message) {
+    outside_paint([this, title, message] {
+        auto* box = new QMessageBox(QMessageBox::Warning, QString::fromStdString(title),
+                                    QString::fromStdString(message), QMessageBox::Ok, this);
+        box->setObjectName("warning");
+        box->setAttribute(Qt::WA_DeleteOnClose);
+        box->setWindowModality(Qt::WindowModal);
+        box->open();
+    });
+}
+
 void MainScreen::pick_single_file(const std::vector<file::file_dialog_filter>& filters,
-                                  const pick_callback& callback, bool save) {
+                                  const pick_callback& callback, bool save,
+                                  const file::path& suggested) {
     auto* dialog = new QFileDialog(this);
     dialog->setObjectName(save ? "save_dialog" : "open_dialog");
     dialog->setAttribute(Qt::WA_DeleteOnClose);
@@ -710,6 +723,11 @@ void MainScreen::pick_single_file(const std::vector<file::file_dialog_filter>& f
     for (const auto& f : filters)
         names << name_filter(f);
     dialog->setNameFilters(names);
+    if (!suggested.empty()) {
+        const QFileInfo start(QString::fromStdString(suggested.string()));
+        dialog->setDirectory(start.absolutePath());
+        dialog->selectFile(start.fileName());
+    }
     connect(dialog, &QFileDialog::fileSelected, this, [this, callback](const QString& chosen) {
         // A file the readers refuse must not end the program from inside
         // Qt's event loop: say so and keep the document as it is.

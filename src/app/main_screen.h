@@ -135,8 +135,10 @@ class MainScreen : public QWidget, public workspace_host {
     void frame_build_begins() override;
     void frame_build_ends() override;
     void show_error(const std::string& message) override;
+    void show_warning(const std::string& title, const std::string& message) override;
     void pick_single_file(const std::vector<file::file_dialog_filter>& filters,
-                          const pick_callback& callback, bool save) override;
+                          const pick_callback& callback, bool save,
+                          const file::path& suggested = {}) override;
 
   protected:
     void paintEvent(QPaintEvent* event) override;

@@ -2,6 +2,7 @@
 
 #include "core/atomic_file.h"
 #include "core/diagnostics.h"
+#include "core/line_reader.h"
 
 #include <QJsonDocument>
 
@@ -10,6 +11,7 @@ namespace Vantora_TesserinePro {
 bool read_settings_object(const file::path& path, QJsonObject& object) {
     std::string text;
     if (!read_whole_file(path.string(), text)) return false;
+    normalise_text_file(text); // a byte-order mark would stop the JSON reader
     const QByteArray bytes = QByteArray::fromStdString(text).trimmed();
     if (bytes.isEmpty()) return false;
     QJsonParseError error;

@@ -6,6 +6,7 @@
 
 namespace Vantora_TesserinePro {
 class Global;
+class read_report;
 }
 
 namespace Vantora_TesserinePro::cli {
@@ -22,7 +23,8 @@ int cmd_export_resolume(const args& a);
 // Exit statuses.
 constexpr int exit_ok = 0;
 constexpr int exit_failure = 1;   // an output could not be written, a build failed
-constexpr int exit_bad_input = 2; // bad arguments or a bad input file
+constexpr int exit_bad_input = 2; // bad arguments or a bad input file, refused
+constexpr int exit_damaged = 3;   // an input read with damage; the output is what it gave
 
 // Prints "tesserine: PROBLEM" and the usage on standard error; returns 2.
 int usage_error(const std::string& problem);
@@ -31,9 +33,18 @@ int file_error(const std::string& file, const std::string& problem, int status =
 std::string usage_text();
 
 // Loads FILE as a file request does (the project is loaded, then index 0 is
-// selected when there are layers). A missing, unreadable or foreign file is
-// reported and gives a non-zero status; 0 on success.
+// selected when there are layers). A refused file (missing, unreadable,
+// special, too large, foreign) is reported and gives a non-zero status. A
+// damaged one is reported too and gives 0, so that the command still shows
+// what was read; the program then ends with exit_damaged.
 int load_for_request(Global& global, const std::string& file);
+// "tesserine: FILE: damaged: ..." on standard error, a line for each
+// problem and one for the counts; marks the run as damaged.
+void report_damage(const std::string& file, const read_report& report);
+// A refused file: "tesserine: FILE: PROBLEM..." and exit_bad_input.
+int report_refusal(const std::string& file, const read_report& report);
+// Whether report_damage was called in this run.
+bool damage_reported();
 
 // Splits "-o OUT" and flags out of a, leaving the positional words.
 struct parsed_args {

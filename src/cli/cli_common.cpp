@@ -1,8 +1,7 @@
 #include "cli/cli.h"
 
-#include "core/atomic_file.h"
 #include "document/global.h"
-#include "persistence/file_format.h"
+#include "persistence/read_report.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -29,25 +28,32 @@ int file_error(const std::string& file, const std::string& problem, int status) 
     return status;
 }
 
+namespace {
+bool g_damage_reported = false;
+}
+
+void report_damage(const std::string& file, const read_report& report) {
+    g_damage_reported = true;
+    for (const std::string& line : report.lines())
+        std::cerr << "tesserine: " << file << ": damaged: " << line << '\n';
+    std::cerr << "tesserine: " << file << ": damaged: " << report.counts() << std::endl;
+}
+
+int report_refusal(const std::string& file, const read_report& report) {
+    std::string problem;
+    for (const std::string& line : report.lines())
+        problem += (problem.empty() ? "" : "; ") + line;
+    return file_error(file, problem);
+}
+
+bool damage_reported() {
+    return g_damage_reported;
+}
+
 int load_for_request(Global& global, const std::string& file) {
-    std::string text, problem;
-    if (!read_whole_file(file, text, &problem)) return file_error(file, problem);
-    unsigned long count = 0;
-    switch (check_header(text, project_magic_and_version, count)) {
-    case header_status::bad_header:
-        return file_error(file, "not a Tesserine project (the header line is not \"" +
-                                    std::string(project_magic_and_version) + " COUNT ...\")");
-    case header_status::bad_count:
-        return file_error(file, "the layer count of the header is out of range");
-    case header_status::ok:
-        break;
-    }
-    try {
-        global.load_project_from_file(file);
-    } catch (const std::exception& e) {
-        // A record whose colour text the layer reader refuses stops the load.
-        return file_error(file, std::string("cannot be read: ") + e.what());
-    }
+    const read_report report = global.load_project_from_file(file);
+    if (report.refused()) return report_refusal(file, report);
+    if (report.damaged()) report_damage(file, report);
     if (global.get_layers_count() > 0) global.host().set_current_layer_to(global, 0, true);
     return exit_ok;
 }

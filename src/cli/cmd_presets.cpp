@@ -1,9 +1,8 @@
 #include "cli/cli.h"
 
-#include "core/atomic_file.h"
 #include "document/boxes_layer.h"
 #include "document/global.h"
-#include "persistence/file_format.h"
+#include "persistence/read_report.h"
 
 #include <iostream>
 #include <sstream>
@@ -16,23 +15,16 @@ int cmd_presets(const args& a) {
     if (p.positional.size() > 1) return usage_error("presets takes at most one FILE");
     Global global;
     if (p.positional.empty()) {
-        global.load_default_presets();
+        // The list as a start gives it; listing never copies or writes a file.
+        const read_report report = global.load_default_presets(false);
+        if (!report.clean())
+            report_damage(global.auto_save_preset_file_name().string(), report);
     } else {
         const std::string& file = p.positional[0];
-        std::string text, problem;
-        if (!read_whole_file(file, text, &problem)) return file_error(file, problem);
-        unsigned long count = 0;
-        switch (check_header(text, presets_magic_and_version, count)) {
-        case header_status::bad_header:
-            return file_error(file, "not a Tesserine preset file (the header line is not \"" +
-                                        std::string(presets_magic_and_version) + " COUNT ...\")");
-        case header_status::bad_count:
-            return file_error(file, "the preset count of the header is out of range");
-        case header_status::ok:
-            break;
-        }
-        // The reader's text only: listing never writes the autosave file.
-        global.load_presets_from_string(global.read_full_file_as_text(file));
+        read_report report(file_kind::presets);
+        global.get_presets() = global.read_presets_file(file, report);
+        if (report.refused()) return report_refusal(file, report);
+        if (report.damaged()) report_damage(file, report);
     }
     std::ostringstream o;
     for (long long i = 0; i < global.get_presets_count(); ++i) {

@@ -61,7 +61,9 @@ int main(int argc, char** argv) {
     set_diagnostics_out(&std::cerr);
     cli::args rest(argv + 2, argv + argc);
     try {
-        return it->second(rest);
+        const int status = it->second(rest);
+        // The output stands, but what it was read from was damaged.
+        return status == cli::exit_ok && cli::damage_reported() ? cli::exit_damaged : status;
     } catch (const std::exception& e) {
         std::cerr << "tesserine: " << e.what() << std::endl;
         return cli::exit_failure;

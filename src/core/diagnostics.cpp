@@ -11,6 +11,7 @@ namespace {
 std::ostream* g_diagnostics = &std::cout;
 std::ostream* g_parse_errors = &std::cerr;
 std::ostream* g_debug = nullptr;
+thread_local parse_error_listener* g_listener = nullptr;
 } // namespace
 
 std::ostream& diagnostics_out() {
@@ -36,6 +37,19 @@ std::ostream& parse_error_out() {
 }
 void set_parse_error_out(std::ostream* stream) {
     g_parse_errors = stream ? stream : &std::cerr;
+}
+
+void report_parse_error(const std::string& what, const std::string& key, const std::string& value) {
+    *g_parse_errors << "Parse error: " << what << '\n' << key << " : " << value << std::endl;
+    if (g_listener) g_listener->m_on_error(key, value);
+}
+
+parse_error_listener::parse_error_listener(callback on_error)
+    : m_on_error(std::move(on_error)), m_outer(g_listener) {
+    g_listener = this;
+}
+parse_error_listener::~parse_error_listener() {
+    g_listener = m_outer;
 }
 
 void output_debug_string(const std::string& text) {

@@ -34,4 +34,18 @@ std::vector<std::string> split_lines(std::string_view text) {
     return lines;
 }
 
+void normalise_text_file(std::string& text) {
+    if (text.rfind("\xEF\xBB\xBF", 0) == 0) text.erase(0, 3);
+    std::size_t pairs = 0;
+    for (std::size_t lf = text.find('\n'); lf != std::string::npos; lf = text.find('\n', lf + 1)) {
+        if (lf == 0 || text[lf - 1] != '\r') return; // a bare LF
+        ++pairs;
+    }
+    if (pairs == 0) return;
+    std::size_t out = 0;
+    for (std::size_t i = 0; i < text.size(); ++i)
+        if (!(text[i] == '\r' && i + 1 < text.size() && text[i + 1] == '\n')) text[out++] = text[i];
+    text.resize(out);
+}
+
 } // namespace Vantora_TesserinePro

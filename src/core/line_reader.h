@@ -30,4 +30,12 @@ class line_reader {
 // All lines of text by the same rule.
 std::vector<std::string> split_lines(std::string_view text);
 
+// A text file as the readers take it: a UTF-8 byte-order mark at the start
+// is dropped, and when every line ends in CR LF (another system's editor, a
+// mail program, a version control setting) the ends become LF, so that the
+// byte lengths the writer counted with LF ends hold again. A text that also
+// has bare LF ends is left as it is: its CRs are not line ends of such a
+// conversion.
+void normalise_text_file(std::string& text);
+
 } // namespace Vantora_TesserinePro

@@ -197,14 +197,15 @@ void Global::show_error(const string& message) const {
 }
 
 void Global::ask_for_path(const std::vector<file::file_dialog_filter>& filters, bool save,
-                          const std::function<void(const file::path&)>& on_chosen) {
+                          const std::function<void(const file::path&)>& on_chosen,
+                          const file::path& suggested) {
     m_host->pick_single_file(
         filters,
         // By value: a real dialog may answer after this call has returned.
         [on_chosen](const file::path& chosen) {
             if (!chosen.empty()) on_chosen(chosen);
         },
-        save);
+        save, suggested);
 }
 
 void Global::set_changed() {

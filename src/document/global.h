@@ -7,6 +7,7 @@
 #include "core/types.h"
 #include "document/project.h"
 #include "document/workspace_host.h"
+#include "persistence/read_report.h"
 #include "render/image_wrap.h"
 
 #include <atomic>
@@ -102,13 +103,33 @@ class Global {
     // Why the last failed file write of this workspace failed.
     const string& last_write_error() const { return m_last_write_error; }
     bool save_presets_to_file(const file::path& path);
+    // The text of a file as the readers take it (empty when it cannot be
+    // read): up to its first NUL, with CR LF ends and a byte-order mark undone.
     string read_full_file_as_text(const file::path& path) const;
+    // The lenient reader. When report is given it also says what damage the
+    // text holds (its kind tells a logo file from a project).
     pointer_array<app_layer> create_layers_from_string(const string& text,
-                                                       const string& magic_and_version);
-    void load_project_from_string(const string& text);
-    void load_project_from_file(const file::path& path);
+                                                       const string& magic_and_version,
+                                                       read_report* report = nullptr);
+    void load_project_from_string(const string& text, read_report* report = nullptr);
+    // Opens a project file. One that cannot be taken as a project (missing,
+    // a folder, not a regular file, too large, not a project, a record the
+    // layer reader refuses) is refused: the document stays exactly as it
+    // was. Otherwise the document becomes what the reader takes from the
+    // file, and the report lists the damage met on the way.
+    read_report load_project_from_file(const file::path& path);
     void load_presets_from_string(const string& text);
-    void load_presets_from_file(const file::path& path);
+    // The presets a preset file holds, and what reading it met; the list
+    // is not touched.
+    pointer_array<app_layer> read_presets_file(const file::path& path, read_report& report);
+    // Load Presets: a file that is refused, or holds no preset, changes
+    // neither the list nor the saved file.
+    read_report load_presets_from_file(const file::path& path);
+    // Open as the user asks for it: load_project_from_file, and a message
+    // when the file is refused or damaged.
+    read_report open_project_file(const file::path& path);
+    // Load Presets likewise: load_presets_from_file and its messages.
+    read_report open_presets_file(const file::path& path);
     void open_project_button();
     void save_project_button();
     void open_presets_button();
@@ -117,11 +138,28 @@ class Global {
     // --- presets and default layers
     file::path auto_save_preset_file_name() const;
     bool auto_save_presets();
-    void load_default_presets();
+    // The saved list, else the built-in one. A saved file that is damaged
+    // is first copied aside (when protect_damaged) and the user is told;
+    // the report says what reading it met.
+    read_report load_default_presets(bool protect_damaged = true);
+    // Where a damaged saved preset file was copied at start; empty if none.
+    const file::path& damaged_presets_copy() const { return m_damaged_presets_copy; }
     void load_default_layers();
     void clone_preset_to_layers(long long index);
     void clone_current_layer_to_preset();
     void delete_preset(long long index);
+
+    // --- the document's file
+    // The project file opened or saved last; empty for a new workspace.
+    const file::path& document_path() const { return m_document_path; }
+    // Where the next save of the project is offered: the document's own
+    // file, but "NAME (repaired).tsrx" beside a damaged one, so that the
+    // damaged file is never saved over unasked.
+    const file::path& suggested_save_path() const { return m_suggested_save_path; }
+    // Unsaved changes. Opening a damaged project sets it; a save, New and
+    // opening a whole project clear it.
+    bool document_modified() const { return m_document_modified; }
+    void set_document_modified(bool value) { m_document_modified = value; }
 
     // --- frame composition
     bool defer_build_frame(bool main, nano2d::context* context);
@@ -199,12 +237,21 @@ class Global {
     // Opens the host's file dialog and runs on_chosen with the path, unless
     // the dialog was cancelled (an empty path).
     void ask_for_path(const std::vector<file::file_dialog_filter>& filters, bool save,
-                      const std::function<void(const file::path&)>& on_chosen);
+                      const std::function<void(const file::path&)>& on_chosen,
+                      const file::path& suggested = {});
+    // Keeps the state of the document's file after a load or a save.
+    void set_document_file(const file::path& path, bool damaged);
+    // Copies a damaged saved preset file aside and tells the user.
+    void keep_damaged_presets_file(const file::path& saved, const read_report& report);
 
     std::mutex m_object_lock;
     workspace_host* m_host;
     bool m_last_save_ok = true;
     std::uint64_t m_frame_generation = 0;
+    file::path m_document_path;
+    file::path m_suggested_save_path;
+    bool m_document_modified = false;
+    file::path m_damaged_presets_copy;
 
   protected:
     string m_last_write_error;

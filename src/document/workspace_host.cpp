@@ -14,8 +14,12 @@ void workspace_host::show_error(const std::string& message) {
     std::cerr << "Error: " << message << std::endl;
 }
 
+void workspace_host::show_warning(const std::string& title, const std::string& message) {
+    std::cerr << "Warning: " << title << ": " << message << std::endl;
+}
+
 void workspace_host::pick_single_file(const std::vector<file::file_dialog_filter>&,
-                                      const pick_callback& callback, bool) {
+                                      const pick_callback& callback, bool, const file::path&) {
     callback(file::path());
 }
 

@@ -51,11 +51,16 @@ class workspace_host {
     // Global::show_error: a message for the user. Headless, it is printed
     // on standard error.
     virtual void show_error(const std::string& message);
-    // pick_single_file: a file dialog. The callback gets the chosen path,
-    // empty when cancelled. Headless there is nobody to ask: cancelled.
+    // A warning for the user under a title (a damaged file was read).
+    // Headless, it is printed on standard error.
+    virtual void show_warning(const std::string& title, const std::string& message);
+    // pick_single_file: a file dialog, starting from suggested when one is
+    // given. The callback gets the chosen path, empty when cancelled.
+    // Headless there is nobody to ask: cancelled.
     using pick_callback = std::function<void(const file::path&)>;
     virtual void pick_single_file(const std::vector<file::file_dialog_filter>& filters,
-                                  const pick_callback& callback, bool save);
+                                  const pick_callback& callback, bool save,
+                                  const file::path& suggested = {});
 
     // The host used when none is given.
     static workspace_host& headless();

@@ -172,8 +172,7 @@ void boxes_layer::apply_parameter_by_name(const string& key, const string& value
             reader.read(*this, value);
         } catch (const std::exception& failure) {
             // One bad value costs one key; the rest of the record still reads.
-            parse_error_out() << "Parse error: " << failure.what() << '\n'
-                              << key << " : " << value << std::endl;
+            report_parse_error(failure.what(), key, value);
         }
         return;
     }

@@ -8,7 +8,9 @@
 #include "document/names.h"
 #include "persistence/file_format.h"
 
+#include <QDateTime>
 #include <QFile>
+#include <QFileInfo>
 
 namespace Vantora_TesserinePro {
 
@@ -20,14 +22,16 @@ bool Global::auto_save_presets() {
     return save_presets_to_file(auto_save_preset_file_name());
 }
 
-void Global::load_default_presets() {
+read_report Global::load_default_presets(bool protect_damaged) {
     const file::path saved = auto_save_preset_file_name();
-    QFile probe(QString::fromStdString(saved.string()));
-    const bool readable = probe.open(QIODevice::ReadOnly);
-    probe.close();
-
+    read_report report(file_kind::presets);
     presets.clear();
-    if (readable) load_presets_from_file(saved); // the autosave path: no save again
+    m_damaged_presets_copy = {};
+    // No file is no damage: the first start, or a list never changed.
+    if (QFileInfo::exists(QString::fromStdString(saved.string()))) {
+        presets = read_presets_file(saved, report); // not saved again
+        if (!report.clean() && protect_damaged) keep_damaged_presets_file(saved, report);
+    }
 
     // The built-in list serves only while there is nothing else, and is not
     // saved until the user first changes the list.
@@ -45,10 +49,42 @@ void Global::load_default_presets() {
     }
     host().reload_all(*this, true);
     set_changed();
+    return report;
+}
+
+void Global::keep_damaged_presets_file(const file::path& saved, const read_report& report) {
+    // The next change of the list saves over the file: what it held is
+    // kept beside it first, under a name that no later start reuses.
+    const QString stamp = QDateTime::currentDateTime().toString("yyyyMMdd-HHmmss");
+    QString copy = QString::fromStdString(saved.string()) + ".damaged-" + stamp;
+    for (int n = 2; QFileInfo::exists(copy); ++n)
+        copy = QString::fromStdString(saved.string()) + ".damaged-" + stamp + "-" +
+               QString::number(n);
+    std::string where;
+    if (report.has(file_problem::kind::unreadable)) {
+        // Never opened: it may be a FIFO or a device, or too large to copy.
+        where = "It cannot be read, so no copy of it could be made.";
+    } else if (QFile::copy(QString::fromStdString(saved.string()), copy)) {
+        m_damaged_presets_copy = copy.toStdString();
+        where = "A copy of it is kept as " + m_damaged_presets_copy.string() + ".";
+    } else {
+        where = "It could not be copied aside; it is replaced at the next change of the list.";
+    }
+    std::string problems;
+    for (const std::string& line : report.lines())
+        problems += "\u2022 " + line + "\n";
+    host().show_warning("Damaged Preset List",
+                        "The saved preset list " + saved.string() + " is damaged:\n\n" +
+                            problems + "\n" + where + "\n\n" +
+                            (presets.empty() ? std::string("Nothing could be read from it: the "
+                                                           "built-in presets are used.")
+                                             : "The " + std::to_string(presets.size()) +
+                                                   " presets that could be read are used."));
 }
 
 void Global::load_default_layers() {
     m_project = std::make_shared<project>();
+    set_document_file({}, false);
     paper_width = 1920;
     set_changed();
     paper_height = 1080;
@@ -64,7 +100,8 @@ void Global::load_default_layers() {
     const string logo = read_full_file_as_text(folder_to_save_data() / "logo.data");
     pointer_array<app_layer> layers = create_layers_from_string(logo, project_magic_and_version);
     if (!layers.empty()) {
-        // A logo file reads as two alike layers; the first is the logo.
+        // A logo file of the older framing reads as two alike layers; the
+        // first is the logo.
         layers.front()->is_logo = true;
         m_project->get_layers().push_back(layers.front());
     }

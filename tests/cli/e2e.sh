@@ -24,7 +24,7 @@ same "$(head -n 1 out.txt)" "$(printf '0\tP 2.6mm\t192x192\t5x3')"
 same "$(tail -n 1 out.txt)" "$(printf '8\tP 6.25\t80x80\t5x3')"
 absent "$XDG_DATA_HOME/Tesserine/autosaved.tsrx_presets" # listing saves nothing
 
-printf 'TESSERINE_LED_PRESETS v2 1 0\n1 21\nName:Mine\nColumns:2\n' >mine.tsrx_presets
+printf 'TESSERINE_LED_PRESETS v2 1 0\n1 20\nName:Mine\nColumns:2\n' >mine.tsrx_presets
 expect 0 "$BIN" presets mine.tsrx_presets
 same "$(cat out.txt)" "$(printf '0\tMine\t128x128\t2x5\n1\tMine\t128x128\t2x5')"
 
@@ -111,6 +111,13 @@ for platform in xcb wayland bogus; do
   contains out.txt '"name": "Screen1"'
 done
 
+# The window without a display says what to do, and exits 1 (no abort).
+for unreachable in "-u DISPLAY" "DISPLAY=:9999 QT_QPA_PLATFORM=xcb"; do
+  expect 1 env -u QT_QPA_PLATFORM -u DISPLAY -u WAYLAND_DISPLAY $unreachable "$BIN"
+  contains err.txt "tesserine: no display: "
+  contains err.txt "tesserine info FILE"
+done
+
 # Amperes that are not finite are told as strings.
 project nopower.tsrx 1920 1080 "$(wall Zero PowerVolts:0)" "$(wall Neg PowerVolts:0 PowerWatts:-5)" \
   "$(wall Nan PowerVolts:0 PowerWatts:0)"
@@ -121,10 +128,37 @@ python3 -c 'import json,sys; d=json.load(open("out.txt")); sys.exit(0 if [l["amp
 # --- bad input ----------------------------------------------------------
 mkdir folder.tsrx
 printf 'hello\n' >junk.tsrx
-for input in missing.tsrx folder.tsrx junk.tsrx; do
+mkfifo fifo.tsrx
+truncate -s 1536M sparse.tsrx
+# Special and huge files are refused without being opened or read (a hang
+# ends in the test's timeout).
+for input in missing.tsrx folder.tsrx junk.tsrx fifo.tsrx /dev/zero sparse.tsrx; do
   expect 2 "$BIN" info "$input"
   contains err.txt "$input"
 done
+contains err.txt "larger than 1 GiB"
+rm sparse.tsrx
+
+# A damaged file: every reading command says so and exits 3, and still
+# gives what the lenient reader took.
+head -c 600 wall.tsrx >cut.tsrx
+for cmd in "info cut.tsrx" "route cut.tsrx" "render cut.tsrx -o cut.png" \
+  "export-resolume cut.tsrx -o cut.xml"; do
+  expect 3 "$BIN" $cmd
+  contains err.txt "tesserine: cut.tsrx: damaged: line 4, byte 53: layer 0 (a screen layer) is cut short"
+  [ -s out.txt ] || [ -s cut.png ] && ok || fail "$cmd gave nothing"
+done
+printf 'TESSERINE_LED_PRESETS v2 0 0\n1 40\nName:Cut\n' >cut.tsrx_presets
+expect 3 "$BIN" presets cut.tsrx_presets
+same "$(cut -f 2 out.txt)" "Cut"
+contains err.txt "1 preset read, the file announces 1"
+
+# CR LF ends and a byte-order mark read as the LF file does.
+expect 0 "$BIN" info wall.tsrx
+mv out.txt lf.txt
+{ printf '\xEF\xBB\xBF'; sed 's/$/\r/' wall.tsrx; } >crlf.tsrx
+expect 0 "$BIN" info crlf.tsrx
+same "$(cat out.txt)" "$(cat lf.txt)"
 expect 2 "$BIN" presets wall.tsrx
 expect 2 "$BIN" route junk.tsrx
 expect 2 "$BIN" route missing.tsrx

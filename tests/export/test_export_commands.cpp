@@ -118,5 +118,5 @@ TEST_F(export_commands, OpenCommandsReadWhatTheSaveCommandsWrote) {
     EXPECT_EQ(layer_names(global), std::vector<std::string>{"Wall"});
     global.get_presets().clear();
     global.open_presets_button();
-    EXPECT_EQ(global.get_presets_count(), 2);
+    EXPECT_EQ(global.get_presets_count(), 1);
 }

@@ -130,14 +130,14 @@ TEST_F(presets, AddingAPresetFromTheCurrentLayer) {
     EXPECT_NE(global.get_presets()[0], global.get_layer(1));
     EXPECT_EQ(host.reloads, reloads + 1);
     ASSERT_TRUE(autosave_exists());
-    EXPECT_EQ(read_file(autosave()).substr(0, 30), "TESSERINE_LED_PRESETS v2 10 0\n");
+    EXPECT_EQ(read_file(autosave()).substr(0, 30), "TESSERINE_LED_PRESETS v2 9 0\n1");
 
     // The next start reads the saved list, and does not save it again.
     recording_host other_host;
     Global next(&other_host);
     next.load_default_presets();
     EXPECT_EQ(next.get_presets()[0]->get_name(), "Mine");
-    EXPECT_EQ(read_file(autosave()).substr(0, 30), "TESSERINE_LED_PRESETS v2 10 0\n");
+    EXPECT_EQ(read_file(autosave()).substr(0, 30), "TESSERINE_LED_PRESETS v2 9 0\n1");
 }
 
 TEST_F(presets, DeletingAllPresetsBringsTheCatalogueBack) {
@@ -158,11 +158,34 @@ TEST_F(presets, DeletingAllPresetsBringsTheCatalogueBack) {
     EXPECT_EQ(next.get_presets()[0]->get_name(), "P 2.6mm");
 }
 
-TEST_F(presets, ADamagedAutosaveFileCountsAsNone) {
-    write_file(autosave(), "garbage");
-    global.load_default_presets();
-    EXPECT_EQ(global.get_presets_count(), 9);
-    EXPECT_EQ(read_file(autosave()), "garbage"); // stays until the next save
+// A damaged saved list is copied aside at start and the user told where;
+// what could be read is used, the catalogue only when nothing could. Load
+// Presets of a refused or empty file changes neither the list nor the file.
+TEST_F(presets, DamagedPresetFilesLoseNothing) {
+    const std::string cut = "TESSERINE_LED_PRESETS v2 1 0\n1 10\nName:Mine\n1 90\nName:Cu";
+    for (const std::string& text : {std::string("garbage"), cut}) {
+        write_file(autosave(), text);
+        host.warnings.clear();
+        global.load_default_presets();
+        EXPECT_EQ(preset_names(global)[0], text == cut ? "Mine" : "P 2.6mm");
+        EXPECT_EQ(read_file(autosave()), text); // stays until the next save
+        const std::string copy = global.damaged_presets_copy().string();
+        EXPECT_NE(copy.find("autosaved.tsrx_presets.damaged-20"), std::string::npos);
+        EXPECT_EQ(read_file(copy), text);
+        ASSERT_EQ(host.warnings.size(), 1u);
+        EXPECT_NE(host.warnings[0].find(copy), std::string::npos);
+    }
+    QTemporaryDir dir;
+    const std::string bad = (dir.path() + "/bad.tsrx_presets").toStdString();
+    for (const char* text : {"\x01\xff random", "TESSERINE_LED_PRESETS v2 0 0\n"}) {
+        write_file(bad, text);
+        global.open_presets_button(); // cancelled: nothing
+        host.answer = bad;
+        global.open_presets_button();
+        EXPECT_EQ(preset_names(global)[0], "Mine");
+        EXPECT_EQ(read_file(autosave()), cut);
+        EXPECT_FALSE(host.errors.empty());
+    }
 }
 
 TEST_F(presets, NewWithASavedLogo) {
@@ -174,7 +197,7 @@ TEST_F(presets, NewWithASavedLogo) {
     ASSERT_TRUE(img.save(QString::fromStdString(png)));
     global.set_logo_from_path(png);
     const std::string logo = read_file((folder_to_save_data() / "logo.data").string());
-    EXPECT_EQ(logo.substr(0, 49), "TESSERINE_LED_PROJECT v2 1 16\nWidth:0\nHeight:0\n2 ");
+    EXPECT_EQ(logo.substr(0, 49), "TESSERINE_LED_PROJECT v2 0 16\nWidth:0\nHeight:0\n2 ");
 
     recording_host other_host;
     Global next(&other_host);

@@ -23,6 +23,7 @@ class recording_host : public workspace_host {
     struct pick_request {
         std::vector<file::file_dialog_filter> filters;
         bool save = false;
+        file::path suggested;
     };
 
     void set_current_layer_to(Global& global, long long index, bool update) override {
@@ -41,9 +42,13 @@ class recording_host : public workspace_host {
     void post_canvas_redraw() override { ++canvas_redraws; }
     void post_main_window_redraw() override { ++window_redraws; }
     void show_error(const std::string& message) override { errors.push_back(message); }
+    void show_warning(const std::string& title, const std::string& message) override {
+        warnings.push_back(title + ": " + message);
+    }
     void pick_single_file(const std::vector<file::file_dialog_filter>& filters,
-                          const pick_callback& callback, bool save) override {
-        picks.push_back({filters, save});
+                          const pick_callback& callback, bool save,
+                          const file::path& suggested) override {
+        picks.push_back({filters, save, suggested});
         callback(file::path(answer));
     }
 
@@ -56,7 +61,7 @@ class recording_host : public workspace_host {
     int window_redraws = 0;
     bool only_current = false;
     bool list_built = true;
-    std::vector<std::string> errors;
+    std::vector<std::string> errors, warnings;
     std::vector<pick_request> picks;
     std::string answer; // what the file dialog answers; empty = cancelled
     std::function<void(Global&)> on_label_from_raster;
