@@ -6,7 +6,7 @@ BUILD_DIR="${TESSERINE_BUILD_DIR:-$ROOT/build}"
 
 # Debian packages the build, the tests and the benchmarks need.
 TESSERINE_PACKAGES=(
-  g++ cmake ninja-build pkg-config
+  g++ cmake ninja-build pkg-config librsvg2-bin
   qt6-base-dev qt6-image-formats-plugins libgl-dev
   libpugixml-dev libmuparser-dev
   libgtest-dev libbenchmark-dev
@@ -26,7 +26,12 @@ tesserine_install_missing() {
   echo "Installing missing packages: ${missing[*]}" >&2
   local sudo=()
   [ "$(id -u)" -ne 0 ] && sudo=(sudo)
-  "${sudo[@]}" env DEBIAN_FRONTEND=noninteractive apt-get update -qq
+  # The package lists are fetched once per run, also across the scripts
+  # that ./test --deep starts.
+  if [ -z "${TESSERINE_APT_UPDATED:-}" ]; then
+    "${sudo[@]}" env DEBIAN_FRONTEND=noninteractive apt-get update -qq
+    export TESSERINE_APT_UPDATED=1
+  fi
   "${sudo[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq "${missing[@]}"
 }
 

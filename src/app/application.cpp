@@ -52,13 +52,21 @@ void application::init_instance() {
         qt->installEventFilter(this);
     }
     QGuiApplication::setApplicationDisplayName(application_title);
+    QGuiApplication::setDesktopFileName(desktop_file_name);
+    QGuiApplication::setWindowIcon(icon());
     set_file_association();
 }
 
+QIcon application::icon() {
+    QIcon icon;
+    for (int size : {16, 32, 48, 64, 128, 256})
+        icon.addFile(QString(":/icons/%1/tesserine.png").arg(size), QSize(size, size));
+    return icon;
+}
+
 void application::set_file_association() {
-    // The desktop entry and the MIME type that cmake --install puts in
-    // place declare ".tsrx" for the system; nothing is registered at run
-    // time.
+    // The desktop entry and the MIME type that the package installs
+    // declare ".tsrx" for the system; nothing is registered at run time.
 }
 
 std::string application::app_name_for_storage() const {
