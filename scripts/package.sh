@@ -16,9 +16,7 @@ for arg in "$@"; do
   esac
 done
 
-# cpack needs dpkg-shlibdeps and file; the checks need the validators.
-PACKAGING_PACKAGES=(dpkg-dev file lintian appstream desktop-file-utils man-db)
-tesserine_install_missing "${TESSERINE_PACKAGES[@]}" "${PACKAGING_PACKAGES[@]}"
+tesserine_install_missing "${TESSERINE_PACKAGES[@]}" "${TESSERINE_PACKAGING_PACKAGES[@]}"
 tesserine_build >&2
 rm -f "$BUILD_DIR"/package/*.deb
 (cd "$BUILD_DIR" && cpack -G DEB -B "$BUILD_DIR/package" >&2)

@@ -14,6 +14,12 @@ TESSERINE_PACKAGES=(
   imagemagick xvfb xauth xdotool libx11-6 python3
 )
 
+# ... and what scripts/package.sh adds: cpack's dpkg-shlibdeps and file,
+# and the checkers of the package, its metainfo, desktop entry and manual.
+TESSERINE_PACKAGING_PACKAGES=(
+  dpkg-dev file lintian appstream desktop-file-utils man-db
+)
+
 tesserine_install_missing() {
   local missing=()
   local pkg
