@@ -11,9 +11,9 @@
 namespace Vantora_TesserinePro::cli {
 
 int cmd_presets(const args& a) {
-    parsed_args p = parse_args(a, {}, false, false);
-    if (!p.error.empty()) return usage_error(p.error);
-    if (p.positional.size() > 1) return usage_error("presets takes at most one FILE");
+    parsed_args p = parse_args("presets", a, {}, false, false);
+    if (p.done) return *p.done;
+    if (p.positional.size() > 1) return usage_error("presets takes at most one FILE", "presets");
     Global global;
     if (p.positional.empty()) {
         global.load_default_presets();
