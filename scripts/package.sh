@@ -58,7 +58,7 @@ bin="$root/usr/bin/tesserine"
 (
   cd "$work"
   export XDG_DATA_HOME="$work/data" QT_QPA_PLATFORM=offscreen
-  "$bin" new -o wall.tsrx && "$bin" info wall.tsrx | grep -q '"name": "Screen1"' &&
+  "$bin" --version | grep -qx "tesserine [0-9.]*" && "$bin" new -o wall.tsrx && "$bin" info wall.tsrx | grep -q '"name": "Screen1"' &&
     "$bin" render wall.tsrx -o wall.png && [ -s wall.png ] && "$bin" presets >/dev/null
 ) >&2 || fail "the installed tesserine does not run its commands"
 

@@ -2,6 +2,7 @@
 
 #include "app/main_screen.h"
 #include "app/main_window.h"
+#include "app/recent_files.h"
 #include "app/settings_file.h"
 #include "canvas/live_output.h"
 #include "canvas/main_impact.h"
@@ -144,6 +145,7 @@ void application::on_file_request(const std::string& path) {
         try {
             global.load_project_from_file(path);
             loaded = true;
+            recent_files::of(*screen).add_project(QString::fromStdString(path));
         } catch (const std::exception& e) {
             // A record the reader refuses: say so, and start afresh.
             global.show_error("The project " + path + " cannot be read: " + e.what());
