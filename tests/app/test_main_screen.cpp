@@ -19,6 +19,8 @@
 #include <QDir>
 #include <QFileDialog>
 #include <QMenu>
+#include <QMimeData>
+#include <QUrl>
 #include <QJsonObject>
 #include <QLineEdit>
 #include <QMessageBox>
@@ -283,6 +285,16 @@ TEST_F(screen_test, RecentProjectsDropsAndLastFolders) {
     const QString wall = project("wall.tsrx");
     global->new_boxes_layer();
     EXPECT_TRUE(drop_file(*screen, wall, nullptr));
+    EXPECT_EQ(global->get_layers_count(), 1);
+    // ... also as the window's own drag events.
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile(wall)});
+    QDragEnterEvent enter(QPoint(10, 100), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(screen, &enter);
+    EXPECT_TRUE(enter.isAccepted());
+    global->new_boxes_layer();
+    QDropEvent drop(QPointF(10, 100), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(screen, &drop);
     EXPECT_EQ(global->get_layers_count(), 1);
     QImage picture(40, 30, QImage::Format_ARGB32);
     picture.fill(Qt::red);
