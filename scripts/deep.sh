@@ -1,13 +1,17 @@
 #!/usr/bin/env bash
-# The deep checks of ./test --deep: the whole suite under AddressSanitizer
-# and UndefinedBehaviorSanitizer (with the Xvfb tests of the real window),
-# seeded random input on that window, then a short libFuzzer run of every reader
-# of outside text. Any finding fails the run.
+# The deep checks of ./test --deep: the Debian package and its checks, the
+# whole suite under AddressSanitizer and UndefinedBehaviorSanitizer (with
+# the Xvfb tests of the real window), seeded random input on that window,
+# then a short libFuzzer run of every reader of outside text. Any finding
+# fails the run.
 set -euo pipefail
 source "$(dirname "$0")/setup.sh"
 
 FUZZ_SECONDS="${TESSERINE_FUZZ_SECONDS:-30}"
 tesserine_install_missing clang libclang-rt-14-dev
+
+echo "== the Debian package" >&2
+"$ROOT/scripts/package.sh" --check >/dev/null
 
 echo "== sanitizer build of the test suite" >&2
 ASAN_DIR="$ROOT/build-asan"

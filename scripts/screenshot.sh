@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
-# Makes the README's pictures under Xvfb, each in a data folder of its own:
-# the window at its first start (docs/window.png), and every palette laid
-# out side by side with the About box open (docs/palettes.png).
+# Makes the README's pictures: the program's icon as the build renders it
+# (docs/icon.png), and under Xvfb, each in a data folder of its own, the
+# window at its first start (docs/window.png), and every palette laid out
+# side by side with the About box open (docs/palettes.png).
 set -euo pipefail
 source "$(dirname "$0")/setup.sh"
 source "$ROOT/scripts/xvfb.bash"
@@ -13,6 +14,8 @@ trap 'stop_all; rm -rf "$WORK"' EXIT
 export XDG_RUNTIME_DIR="$WORK/run"
 mkdir -m 0700 "$XDG_RUNTIME_DIR"
 mkdir -p "$ROOT/docs"
+cp "$BUILD_DIR/icons/128/tesserine.png" "$ROOT/docs/icon.png"
+echo "docs/icon.png"
 start_display 1600x1000
 
 # start_program DATA_FOLDER: the program in its own data folder; sets WID.

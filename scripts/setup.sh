@@ -6,12 +6,18 @@ BUILD_DIR="${TESSERINE_BUILD_DIR:-$ROOT/build}"
 
 # Debian packages the build, the tests and the benchmarks need.
 TESSERINE_PACKAGES=(
-  g++ cmake ninja-build pkg-config
+  g++ cmake ninja-build pkg-config librsvg2-bin
   qt6-base-dev qt6-image-formats-plugins libgl-dev
   libpugixml-dev libmuparser-dev
   libgtest-dev libbenchmark-dev
   fonts-dejavu-core fontconfig
   imagemagick xvfb xauth xdotool libx11-6 python3
+)
+
+# ... and what scripts/package.sh adds: cpack's dpkg-shlibdeps and file,
+# and the checkers of the package, its metainfo, desktop entry and manual.
+TESSERINE_PACKAGING_PACKAGES=(
+  dpkg-dev file lintian appstream desktop-file-utils man-db
 )
 
 tesserine_install_missing() {
@@ -26,7 +32,12 @@ tesserine_install_missing() {
   echo "Installing missing packages: ${missing[*]}" >&2
   local sudo=()
   [ "$(id -u)" -ne 0 ] && sudo=(sudo)
-  "${sudo[@]}" env DEBIAN_FRONTEND=noninteractive apt-get update -qq
+  # The package lists are fetched once per run, also across the scripts
+  # that ./test --deep starts.
+  if [ -z "${TESSERINE_APT_UPDATED:-}" ]; then
+    "${sudo[@]}" env DEBIAN_FRONTEND=noninteractive apt-get update -qq
+    export TESSERINE_APT_UPDATED=1
+  fi
   "${sudo[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq "${missing[@]}"
 }
 

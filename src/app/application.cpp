@@ -2,6 +2,7 @@
 
 #include "app/main_screen.h"
 #include "app/main_window.h"
+#include "app/recent_files.h"
 #include "app/settings_file.h"
 #include "canvas/live_output.h"
 #include "canvas/main_impact.h"
@@ -52,13 +53,21 @@ void application::init_instance() {
         qt->installEventFilter(this);
     }
     QGuiApplication::setApplicationDisplayName(application_title);
+    QGuiApplication::setDesktopFileName(desktop_file_name);
+    QGuiApplication::setWindowIcon(icon());
     set_file_association();
 }
 
+QIcon application::icon() {
+    QIcon icon;
+    for (int size : {16, 32, 48, 64, 128, 256})
+        icon.addFile(QString(":/icons/%1/tesserine.png").arg(size), QSize(size, size));
+    return icon;
+}
+
 void application::set_file_association() {
-    // The desktop entry and the MIME type that cmake --install puts in
-    // place declare ".tsrx" for the system; nothing is registered at run
-    // time.
+    // The desktop entry and the MIME type that the package installs
+    // declare ".tsrx" for the system; nothing is registered at run time.
 }
 
 std::string application::app_name_for_storage() const {
@@ -135,7 +144,10 @@ void application::on_file_request(const std::string& path) {
     // reported and the window starts afresh; a damaged one opens with a
     // warning.
     const bool named = !path.empty() && QFileInfo::exists(QString::fromStdString(path));
-    if (!named || global.open_project_file(path).refused()) global.load_default_layers();
+    if (!named || global.open_project_file(path).refused())
+        global.load_default_layers();
+    else
+        recent_files::of(*screen).add_project(QString::fromStdString(path));
     if (global.get_layers_count() > 0) screen->setCurrentLayerTo(0, true);
     main_window* window = main_window_pointer.get();
     // Keys go to the canvas until the user picks a field.

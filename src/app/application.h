@@ -4,6 +4,7 @@
 
 #include "core/file_path.h"
 
+#include <QIcon>
 #include <QJsonObject>
 #include <QObject>
 #include <QRectF>
@@ -21,6 +22,11 @@ class application : public QObject {
     static constexpr const char* application_id = "Vantora/TesserinePro";
     static constexpr const char* application_title = "Tesserine Pro";
     static constexpr const char* library_name = "Vantora_TesserinePro";
+    // The name of the desktop entry, which desktops match windows with.
+    static constexpr const char* desktop_file_name = "app.tesserine.Tesserine";
+
+    // The program's icon at every size it is drawn at, from the resources.
+    static QIcon icon();
 
     application();
     ~application() override;

@@ -1,6 +1,7 @@
 #include "app/main_screen.h"
 
 #include "app/application.h"
+#include "app/recent_files.h"
 #include "app/settings_file.h"
 #include "canvas/live_output.h"
 #include "canvas/main_impact.h"
@@ -128,6 +129,8 @@ MainScreen::MainScreen(QWidget* parent) : QWidget(parent) {
     // Not quit(): that asks every window to close, and this one would ask
     // the question again.
     m_quit = [] { QCoreApplication::exit(0); };
+    // Projects and pictures dropped from a file manager.
+    accept_file_drops(*this);
 }
 
 MainScreen::~MainScreen() {
@@ -723,20 +726,33 @@ void MainScreen::pick_single_file(const std::vector<file::file_dialog_filter>& f
     for (const auto& f : filters)
         names << name_filter(f);
     dialog->setNameFilters(names);
+    // Each kind of file opens where it was last taken from or put.
+    const QString kind = (save ? "save " : "open ") + names.join(";;");
+    const QString folder = recent_files::of(*this).folder_for(kind);
+    if (!folder.isEmpty() && QFileInfo(folder).isDir()) dialog->setDirectory(folder);
     if (!suggested.empty()) {
         const QFileInfo start(QString::fromStdString(suggested.string()));
         dialog->setDirectory(start.absolutePath());
         dialog->selectFile(start.fileName());
     }
-    connect(dialog, &QFileDialog::fileSelected, this, [this, callback](const QString& chosen) {
-        // A file the readers refuse must not end the program from inside
-        // Qt's event loop: say so and keep the document as it is.
-        try {
-            callback(file::path(chosen.toStdString()));
-        } catch (const std::exception& e) {
-            show_error("The file " + chosen.toStdString() + " cannot be used: " + e.what());
-        }
-    });
+    connect(dialog, &QFileDialog::fileSelected, this,
+            [this, callback, kind](const QString& chosen) {
+                recent_files::of(*this).set_folder_for(kind, QFileInfo(chosen).absolutePath());
+                // A file the readers refuse must not end the program from inside
+                // Qt's event loop: say so and keep the document as it is.
+                try {
+                    callback(file::path(chosen.toStdString()));
+                } catch (const std::exception& e) {
+                    show_error("The file " + chosen.toStdString() + " cannot be used: " + e.what());
+                    return;
+                }
+                // A project opened or saved (".tsrx" is added when the name has no
+                // extension) goes on the recent list.
+                const QFileInfo picked(chosen);
+                const QString project = picked.suffix().isEmpty() ? chosen + ".tsrx" : chosen;
+                if (QFileInfo(project).suffix() == "tsrx" && QFileInfo(project).isFile())
+                    recent_files::of(*this).add_project(project);
+            });
     // A cancelled dialog answers nothing: the command does nothing.
     dialog->open();
 }

@@ -1,6 +1,7 @@
 #pragma once
 // The headless command-line front end: one function per command word.
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -26,11 +27,16 @@ constexpr int exit_failure = 1;   // an output could not be written, a build fai
 constexpr int exit_bad_input = 2; // bad arguments or a bad input file, refused
 constexpr int exit_damaged = 3;   // an input read with damage; the output is what it gave
 
-// Prints "tesserine: PROBLEM" and the usage on standard error; returns 2.
-int usage_error(const std::string& problem);
+// Prints "tesserine: PROBLEM" and the usage of COMMAND (of every command
+// when empty) on standard error; returns 2.
+int usage_error(const std::string& problem, const std::string& command = {});
 // Prints "tesserine: FILE: PROBLEM" on standard error; returns status.
 int file_error(const std::string& file, const std::string& problem, int status = exit_bad_input);
+// The usage of every command, or of one: its synopsis and what it does.
 std::string usage_text();
+std::string command_usage_text(const std::string& command);
+// The version CMake sets, as --version prints it.
+std::string version_text();
 
 // Loads FILE as a file request does (the project is loaded, then index 0 is
 // selected when there are layers). A refused file (missing, unreadable,
@@ -46,7 +52,9 @@ int report_refusal(const std::string& file, const read_report& report);
 // Whether report_damage was called in this run.
 bool damage_reported();
 
-// Splits "-o OUT" and flags out of a, leaving the positional words.
+// The words of COMMAND parsed by QCommandLineParser: "-o OUT" (also
+// "--output"), "--layer N", "--format EXT" and the known flags, leaving the
+// positional words. "--help" prints the command's usage.
 struct parsed_args {
     std::vector<std::string> positional;
     std::vector<std::string> flags; // "--x" words without a value
@@ -54,10 +62,15 @@ struct parsed_args {
     bool has_output = false;
     std::string layer; // value of --layer
     bool has_layer = false;
-    std::string error; // set when the words do not parse
+    std::string format; // value of --format
+    bool has_format = false;
+    // Set when the command ends here: the help was printed (0) or the words
+    // do not parse and the problem was reported (2).
+    std::optional<int> done;
 };
-parsed_args parse_args(const args& a, const std::vector<std::string>& known_flags,
-                       bool takes_output, bool takes_layer);
+parsed_args parse_args(const std::string& command, const args& a,
+                       const std::vector<std::string>& known_flags, bool takes_output,
+                       bool takes_layer, bool takes_format = false);
 
 // Text as a JSON string literal.
 std::string json_string(const std::string& text);

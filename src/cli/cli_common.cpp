@@ -3,23 +3,76 @@
 #include "document/global.h"
 #include "persistence/read_report.h"
 
+#include <QCommandLineParser>
+#include <QRegularExpression>
+
 #include <algorithm>
 #include <cstdio>
 #include <iostream>
 
 namespace Vantora_TesserinePro::cli {
 
-std::string usage_text() {
-    return "usage: tesserine new -o FILE\n"
-           "       tesserine info FILE\n"
-           "       tesserine presets [FILE]\n"
-           "       tesserine route FILE [--layer N]\n"
-           "       tesserine render FILE -o OUT [--transparent] [--only-current]\n"
-           "       tesserine export-resolume FILE -o OUT\n";
+namespace {
+
+struct command_help {
+    const char* word;
+    const char* synopsis;
+    const char* text;
+};
+
+// What every command takes and does; the README and the manual page say
+// the same.
+const command_help commands_help[] = {
+    {"new", "new -o FILE",
+     "Writes the workspace that \"New\" makes (one screen layer, and the saved\n"
+     "logo if there is one) as a project file.\n"},
+    {"info", "info FILE",
+     "Loads FILE as opening it would and prints one JSON object: raster,\n"
+     "current layer, raster label and every layer with its parameters.\n"},
+    {"presets", "presets [FILE]",
+     "The preset list as the program has it at start, or the presets a\n"
+     "preset FILE reads as: INDEX<TAB>NAME<TAB>WxH<TAB>COLUMNSxROWS.\n"},
+    {"route", "route FILE [--layer N]",
+     "The data path of every screen layer, or of layer N, cabinet by cabinet.\n"},
+    {"render", "render FILE... -o OUT [--format EXT] [--transparent] [--only-current]",
+     "Renders the frame; the extension of OUT picks PNG, TGA, BMP, JPG or a\n"
+     "layered PSD. With --format, or with several FILEs, OUT is a folder\n"
+     "that gets one NAME.EXT for each FILE.\n"},
+    {"export-resolume", "export-resolume FILE -o OUT",
+     "Writes the Resolume Arena screen setup (OUT with its extensions\n"
+     "replaced by .xml) and prints the path written.\n"},
+};
+
+const command_help* find_help(const std::string& command) {
+    for (const auto& help : commands_help)
+        if (command == help.word) return &help;
+    return nullptr;
 }
 
-int usage_error(const std::string& problem) {
-    std::cerr << "tesserine: " << problem << "\n" << usage_text();
+} // namespace
+
+std::string usage_text() {
+    std::string text;
+    for (const auto& help : commands_help)
+        text += (text.empty() ? "usage: tesserine " : "       tesserine ") +
+                std::string(help.synopsis) + "\n";
+    return text + "       tesserine COMMAND --help\n"
+                  "       tesserine --version\n"
+                  "       tesserine [FILE.tsrx]\n";
+}
+
+std::string command_usage_text(const std::string& command) {
+    const command_help* help = find_help(command);
+    return help ? "usage: tesserine " + std::string(help->synopsis) + "\n" : usage_text();
+}
+
+std::string version_text() {
+    return "tesserine " TESSERINE_VERSION "\n";
+}
+
+int usage_error(const std::string& problem, const std::string& command) {
+    std::cerr << "tesserine: " << problem << "\n"
+              << (command.empty() ? usage_text() : command_usage_text(command));
     return exit_bad_input;
 }
 
@@ -58,35 +111,76 @@ int load_for_request(Global& global, const std::string& file) {
     return exit_ok;
 }
 
-parsed_args parse_args(const args& a, const std::vector<std::string>& known_flags,
-                       bool takes_output, bool takes_layer) {
+parsed_args parse_args(const std::string& command, const args& a,
+                       const std::vector<std::string>& known_flags, bool takes_output,
+                       bool takes_layer, bool takes_format) {
     parsed_args p;
-    for (std::size_t i = 0; i < a.size(); ++i) {
-        const std::string& w = a[i];
-        if (takes_output && (w == "-o" || w == "--output")) {
-            if (i + 1 >= a.size() || p.has_output || a[i + 1].empty()) {
-                p.error = p.has_output ? "-o given twice" : "-o needs a file name";
-                return p;
-            }
-            p.output = a[++i];
-            p.has_output = true;
-        } else if (takes_layer && w == "--layer") {
-            if (i + 1 >= a.size() || p.has_layer) {
-                p.error = p.has_layer ? "--layer given twice" : "--layer needs an index";
-                return p;
-            }
-            p.layer = a[++i];
-            p.has_layer = true;
-        } else if (w.size() > 1 && w[0] == '-') {
-            if (std::find(known_flags.begin(), known_flags.end(), w) == known_flags.end()) {
-                p.error = "unknown option " + w;
-                return p;
-            }
-            p.flags.push_back(w);
-        } else {
-            p.positional.push_back(w);
+    QCommandLineParser parser;
+    // "-transparent" is an unknown option, not seven short ones.
+    parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
+    const QCommandLineOption help(QStringList{"h", "help"}),
+        output(QStringList{"o", "output"}, {}, "OUT"), layer("layer", {}, "N"),
+        format("format", {}, "EXT");
+    parser.addOption(help);
+    if (takes_output) parser.addOption(output);
+    if (takes_layer) parser.addOption(layer);
+    if (takes_format) parser.addOption(format);
+    for (const auto& flag : known_flags)
+        parser.addOption(QCommandLineOption(QString::fromStdString(flag).mid(2)));
+    QStringList words{"tesserine"};
+    for (const auto& word : a)
+        words << QString::fromLocal8Bit(word.c_str());
+
+    const auto fail = [&](const std::string& problem) {
+        p.done = usage_error(problem, command);
+        return p;
+    };
+    if (!parser.parse(words)) {
+        const QStringList unknown = parser.unknownOptionNames();
+        if (!unknown.isEmpty()) {
+            // Named as it was written.
+            for (const auto& word : a)
+                if (word.size() > 1 && word[0] == '-' &&
+                    QString::fromLocal8Bit(word.c_str())
+                            .section('=', 0, 0)
+                            .remove(QRegularExpression("^--?")) == unknown.first())
+                    return fail("unknown option " + word);
+            return fail("unknown option " + unknown.first().toStdString());
         }
+        // A value option last, without its value; an empty --layer is the
+        // command's to judge.
+        const std::string& last = a.back();
+        if (last == "--layer") return fail("--layer needs an index");
+        if (last == "--format") return fail("--format needs an extension");
+        if (last == "-o" || last == "--output") return fail("-o needs a file name");
+        return fail(parser.errorText().toStdString());
     }
+    if (parser.isSet(help)) {
+        const command_help* text = find_help(command);
+        std::cout << command_usage_text(command) << (text ? text->text : "");
+        p.done = exit_ok;
+        return p;
+    }
+    const auto single = [&](const QCommandLineOption& option, const char* name, const char* needs,
+                            std::string& value, bool& has) {
+        const QStringList values = parser.values(option);
+        if (values.size() > 1) return std::string(name) + " given twice";
+        if (values.size() == 1) {
+            if (needs && values.first().isEmpty()) return std::string(name) + " needs " + needs;
+            value = values.first().toLocal8Bit().toStdString();
+            has = true;
+        }
+        return std::string();
+    };
+    for (const auto& problem :
+         {takes_output ? single(output, "-o", "a file name", p.output, p.has_output) : "",
+          takes_layer ? single(layer, "--layer", nullptr, p.layer, p.has_layer) : "",
+          takes_format ? single(format, "--format", "an extension", p.format, p.has_format) : ""})
+        if (!problem.empty()) return fail(problem);
+    for (const auto& flag : known_flags)
+        if (parser.isSet(QString::fromStdString(flag).mid(2))) p.flags.push_back(flag);
+    for (const auto& word : parser.positionalArguments())
+        p.positional.push_back(word.toLocal8Bit().toStdString());
     return p;
 }
 

@@ -59,9 +59,9 @@ std::string layer_json(const app_layer& layer, long long index) {
 } // namespace
 
 int cmd_info(const args& a) {
-    parsed_args p = parse_args(a, {}, false, false);
-    if (!p.error.empty()) return usage_error(p.error);
-    if (p.positional.size() != 1) return usage_error("info takes one FILE");
+    parsed_args p = parse_args("info", a, {}, false, false);
+    if (p.done) return *p.done;
+    if (p.positional.size() != 1) return usage_error("info takes one FILE", "info");
     Global global;
     if (int status = load_for_request(global, p.positional[0])) return status;
 

@@ -10,9 +10,9 @@
 namespace Vantora_TesserinePro::cli {
 
 int cmd_presets(const args& a) {
-    parsed_args p = parse_args(a, {}, false, false);
-    if (!p.error.empty()) return usage_error(p.error);
-    if (p.positional.size() > 1) return usage_error("presets takes at most one FILE");
+    parsed_args p = parse_args("presets", a, {}, false, false);
+    if (p.done) return *p.done;
+    if (p.positional.size() > 1) return usage_error("presets takes at most one FILE", "presets");
     Global global;
     if (p.positional.empty()) {
         // The list as a start gives it; listing never copies or writes a file.

@@ -28,9 +28,9 @@ std::string route_line(const boxes_layer& layer, long long index) {
 } // namespace
 
 int cmd_route(const args& a) {
-    parsed_args p = parse_args(a, {}, false, true);
-    if (!p.error.empty()) return usage_error(p.error);
-    if (p.positional.size() != 1) return usage_error("route takes one FILE");
+    parsed_args p = parse_args("route", a, {}, false, true);
+    if (p.done) return *p.done;
+    if (p.positional.size() != 1) return usage_error("route takes one FILE", "route");
     long long only = -1;
     if (p.has_layer) {
         const char* first = p.layer.data();
@@ -39,7 +39,8 @@ int cmd_route(const args& a) {
         if (p.layer.empty() || ec != std::errc() || end != last || only < 0)
             return usage_error(
                 "--layer needs a layer index (0 is the bottom of the stack), not \"" + p.layer +
-                "\"");
+                    "\"",
+                "route");
     }
     const std::string& file = p.positional[0];
     Global global;

@@ -8,6 +8,7 @@
 #include "app/window_main.h"
 #endif
 
+#include <QCommandLineParser>
 #include <QFileInfo>
 #include <QGuiApplication>
 
@@ -32,11 +33,22 @@ int main(int argc, char** argv) {
         {"presets", &cli::cmd_presets}, {"route", &cli::cmd_route},
         {"render", &cli::cmd_render},   {"export-resolume", &cli::cmd_export_resolume},
     };
-    const std::string word = argc >= 2 ? argv[1] : "";
-    if (word == "--help" || word == "-h" || word == "help") {
-        std::cout << cli::usage_text();
-        return cli::exit_ok;
+    // Options before the command word are the program's own; what follows
+    // the word is the command's.
+    QCommandLineParser parser;
+    parser.setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsPositionalArguments);
+    const QCommandLineOption help(QStringList{"h", "help"}), version(QStringList{"v", "version"});
+    parser.addOption(help);
+    parser.addOption(version);
+    QStringList words;
+    for (int i = 0; i < argc; ++i)
+        words << QString::fromLocal8Bit(argv[i]);
+    if (parser.parse(words)) {
+        if (parser.isSet(version)) return std::cout << cli::version_text(), cli::exit_ok;
+        if (parser.isSet(help)) return std::cout << cli::usage_text(), cli::exit_ok;
     }
+    const std::string word = argc >= 2 ? argv[1] : "";
+    if (word == "help") return std::cout << cli::usage_text(), cli::exit_ok;
     auto it = commands.find(word);
     if (it == commands.end()) {
         // No command word: the window, with the project named if any.

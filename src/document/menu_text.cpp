@@ -12,6 +12,8 @@ const string& gettopMenuString() {
         "#File\n"
         "New|Reset workspace to default|COMMAND+N|CONTROL+N\n"
         "Open Project...|Load existing project.|COMMAND+O|CONTROL+O\n"
+        // Ours, without a shortcut: CONTROL+SHIFT+O is taken by Outline.
+        "Open Recent|Open one of the last projects opened or saved.|\n"
         "Save Project...|Save current project.|COMMAND+S|CONTROL+S\n"
         "Export PNG...|Export current layout to png image.|ALT+S|ALT+S\n"
         "Export PSD...|Export current layout to photoshop.|CONTROL+S|"

@@ -1,6 +1,7 @@
 #include "panels/top_menu.h"
 
 #include "app/main_screen.h"
+#include "app/recent_files.h"
 #include "canvas/live_output.h"
 #include "canvas/main_impact.h"
 #include "core/keys.h"
@@ -77,6 +78,10 @@ const std::map<std::string, command>& command_table() {
     static const std::map<std::string, command> table = {
         {"New", [](Global& g, MainScreen*) { g.load_default_layers(); }},
         {"Open Project...", [](Global& g, MainScreen*) { g.open_project_button(); }},
+        {"Open Recent",
+         [](Global&, MainScreen* screen) {
+             if (screen) show_open_recent(*screen);
+         }},
         {"Save Project...", [](Global& g, MainScreen*) { g.save_project_button(); }},
         {"Export PNG...", [](Global& g, MainScreen*) { g.save_png_button(); }},
         {"Export PSD...", [](Global& g, MainScreen*) { g.save_psd_button(); }},
@@ -402,25 +407,30 @@ void TopMenuSubmenu::addImageLayer(Global* global) {
     global->host().pick_single_file(
         file_dialog_filters(),
         [global](const file::path& chosen) {
-            if (chosen.empty()) return;
-            const pointer<image> picture = load_image_file(chosen.string());
-            if (!picture || picture->isNull() || picture->width() <= 0 || picture->height() <= 0) {
-                global->show_error("Error loading image.");
-                return;
-            }
-            // Set in this order on a layer whose ratio is still 1: the layer
-            // starts as a square of the picture's height.
-            if (pointer<image_layer> layer = global->new_image_layer()) {
-                layer->set_width(picture->width());
-                layer->set_height(picture->height());
-                layer->set_image(picture);
-            }
+            if (!chosen.empty()) add_picture_layer(*global, chosen.string());
         },
         false);
 }
 
 void TopMenuSubmenu::paintEvent(QPaintEvent*) {
     QPainter(this).fillRect(rect(), bar_normal);
+}
+
+pointer<image_layer> add_picture_layer(Global& global, const std::string& path) {
+    const pointer<image> picture = load_image_file(path);
+    if (!picture || picture->isNull() || picture->width() <= 0 || picture->height() <= 0) {
+        global.show_error("Error loading image.");
+        return nullptr;
+    }
+    // Set in this order on a layer whose ratio is still 1: the layer starts
+    // as a square of the picture's height.
+    pointer<image_layer> layer = global.new_image_layer();
+    if (layer) {
+        layer->set_width(picture->width());
+        layer->set_height(picture->height());
+        layer->set_image(picture);
+    }
+    return layer;
 }
 
 } // namespace Vantora_TesserinePro

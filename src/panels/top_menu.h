@@ -4,6 +4,7 @@
 // the shortcuts of every command. Its whole vocabulary is one text; a fixed
 // table binds each caption to a command.
 
+#include "core/types.h"
 #include "panels/widgets/clickable_widget.h"
 
 #include <QWidget>
@@ -17,6 +18,7 @@
 namespace Vantora_TesserinePro {
 
 class Global;
+class image_layer;
 class TopMenu;
 class TopMenuSubmenu;
 
@@ -124,5 +126,9 @@ class TopMenuSubmenu : public QWidget, public item_container {
     std::vector<WidgetWithBackground*> m_entries;
     std::vector<WidgetWithBackground*> m_extra_entries;
 };
+
+// Add Image Layer with the picture at PATH, read by the program's picture
+// reader; null, after telling the user, when it cannot be read.
+pointer<image_layer> add_picture_layer(Global& global, const std::string& path);
 
 } // namespace Vantora_TesserinePro

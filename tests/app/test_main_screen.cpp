@@ -1,6 +1,8 @@
 // The main screen: where its widgets stand, the palette layout file, the
-// one refresh road of the panels, palettes by layer type and the keys.
+// one refresh road of the panels, palettes by layer type and the keys;
+// the recent projects, file drops and the folders the dialogs remember.
 
+#include "app/recent_files.h"
 #include "app/settings_file.h"
 #include "core/diagnostics.h"
 #include "core/keys.h"
@@ -14,7 +16,11 @@
 #include "support/test_support.h"
 #include "window/window_fixture.h"
 
+#include <QDir>
 #include <QFileDialog>
+#include <QMenu>
+#include <QMimeData>
+#include <QUrl>
 #include <QJsonObject>
 #include <QLineEdit>
 #include <QMessageBox>
@@ -253,4 +259,85 @@ TEST_F(screen_test, AProjectTheReaderRefusesIsReportedAndTheDocumentStays) {
               0u);
     ASSERT_EQ(global->get_layers_count(), layers);
     EXPECT_EQ(global->current_boxes_layer()->get_offset_x(), 77);
+}
+
+TEST_F(screen_test, RecentProjectsDropsAndLastFolders) {
+    start();
+    const QString dir = QString::fromStdString(folder_to_save_data().string());
+    const auto project = [&](const QString& name) {
+        EXPECT_TRUE(global->save_project_to_file(file::path((dir + "/" + name).toStdString())));
+        return dir + "/" + name;
+    };
+    // Newest first, ten at most, one place each; a new object is a restart.
+    const recent_files recent = recent_files::of(*screen);
+    for (int i = 0; i < 12; ++i)
+        recent.add_project(project(QString("p%1.tsrx").arg(i)));
+    recent.add_project(dir + "/p3.tsrx");
+    const recent_files again(folder_to_save_data() / "recent_files.json");
+    QStringList list = again.projects();
+    ASSERT_EQ(list.size(), recent_files::limit);
+    EXPECT_EQ(list.mid(0, 3), (QStringList{dir + "/p3.tsrx", dir + "/p11.tsrx", dir + "/p10.tsrx"}));
+    QFile::remove(dir + "/p11.tsrx"); // gone files leave the list
+    EXPECT_EQ(again.projects().mid(0, 2), (QStringList{dir + "/p3.tsrx", dir + "/p10.tsrx"}));
+
+    // The menu: names with the path as tooltip, then "Clear List".
+    global->new_boxes_layer();
+    show_open_recent(*screen);
+    auto* menu = screen->findChild<QMenu*>("open_recent");
+    ASSERT_TRUE(menu);
+    const QList<QAction*> actions = menu->actions();
+    ASSERT_EQ(actions.size(), 11); // nine projects, the separator, Clear List
+    EXPECT_EQ(actions[1]->text(), "p10.tsrx");
+    EXPECT_EQ(actions[1]->toolTip(), dir + "/p10.tsrx");
+    actions[1]->trigger();
+    EXPECT_EQ(global->get_layers_count(), 1);
+    EXPECT_EQ(again.projects().first(), dir + "/p10.tsrx");
+    actions.last()->trigger();
+    EXPECT_TRUE(again.projects().isEmpty());
+    menu->close();
+
+    // Drops: a project opens, a picture on the canvas becomes a layer at the
+    // point, anything else changes nothing and says so.
+    const QString wall = project("wall.tsrx");
+    global->new_boxes_layer();
+    EXPECT_TRUE(drop_file(*screen, wall, nullptr));
+    EXPECT_EQ(global->get_layers_count(), 1);
+    // ... also as the window's own drag events.
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile(wall)});
+    QDragEnterEvent enter(QPoint(10, 100), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(screen, &enter);
+    EXPECT_TRUE(enter.isAccepted());
+    global->new_boxes_layer();
+    QDropEvent drop(QPointF(10, 100), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(screen, &drop);
+    EXPECT_EQ(global->get_layers_count(), 1);
+    QImage picture(40, 30, QImage::Format_ARGB32);
+    picture.fill(Qt::red);
+    ASSERT_TRUE(picture.save(dir + "/red.webp") || picture.save(dir + "/red.png"));
+    const QString red = QFile::exists(dir + "/red.webp") ? dir + "/red.webp" : dir + "/red.png";
+    const QPoint at = canvas->get_pan() + QPoint(100, 60) * canvas->get_effective_zoom();
+    EXPECT_FALSE(drop_file(*screen, red, nullptr));
+    EXPECT_TRUE(drop_file(*screen, red, &at));
+    ASSERT_EQ(global->get_layers_count(), 2);
+    EXPECT_EQ(global->current_layer()->get_offset_x(), 100);
+    EXPECT_EQ(global->current_layer()->get_offset_y(), 60);
+    ASSERT_TRUE(write_file((dir + "/notes.txt").toStdString(), "hello"));
+    EXPECT_FALSE(drop_file(*screen, dir + "/notes.txt", &at));
+    EXPECT_EQ(global->get_layers_count(), 2);
+
+    // The open dialog comes back in the folder it was last used in.
+    QDir(dir).mkdir("show");
+    const QString in_show = dir + "/show/act.tsrx";
+    QFile::copy(wall, in_show);
+    for (int round = 0; round < 2; ++round) {
+        global->open_project_button();
+        QFileDialog* d = screen->findChild<QFileDialog*>("open_dialog");
+        ASSERT_TRUE(d);
+        if (round == 1) EXPECT_EQ(d->directory().absolutePath(), dir + "/show");
+        d->selectFile(in_show);
+        QMetaObject::invokeMethod(d, "accept");
+        ASSERT_TRUE(wait_until([&] { return !screen->findChild<QFileDialog*>("open_dialog"); }));
+    }
+    EXPECT_EQ(again.projects().first(), in_show);
 }

@@ -166,7 +166,29 @@ expect 2 "$BIN" frobnicate
 contains err.txt "usage:"
 expect 2 "$BIN" new
 expect 2 "$BIN" info
-expect 2 "$BIN" info wall.tsrx --bogus
+
+# Wrong words name the problem and the command's usage; STATUS|ERROR|WORDS.
+while IFS='|' read -r want text words; do
+  # shellcheck disable=SC2086 # the words split as a shell would split them
+  expect "$want" "$BIN" $words && contains err.txt "$text"
+done <<'TABLE'
+2|unknown option --bogus|info wall.tsrx --bogus
+2|usage: tesserine info FILE|info -x wall.tsrx
+2|-o needs a file name|render wall.tsrx -o
+2|-o given twice|export-resolume wall.tsrx -o a.xml --output b.xml
+2|--layer needs an index|route wall.tsrx --layer
+2|takes --format EXT, and -o names a folder|render wall.tsrx wall.tsrx -o shots
+2|--format takes png, tga, bmp, jpg or psd|render wall.tsrx -o shots --format gif
+2|two FILEs would be rendered to shots/wall.png|render wall.tsrx ./wall.tsrx -o shots --format png
+TABLE
+absent shots
+# The program's own options, and the help of all commands and of one.
+expect 0 "$BIN" --version && grep -qE '^tesserine [0-9]+\.[0-9]+$' out.txt && ok ||
+  fail "--version: $(cat out.txt)"
+for words in --help -h help; do
+  expect 0 "$BIN" $words && contains out.txt "       tesserine COMMAND --help"
+done
+expect 0 "$BIN" route --help && same "$(head -n 1 out.txt)" "usage: tesserine route FILE [--layer N]"
 
 # --- failed writes leave earlier files whole ------------------------------
 mkdir locked

@@ -52,6 +52,15 @@ if [ "$have_magick" = 1 ]; then
   same "$(pixel current.png 350 50)" "0,0,0,255"
 fi
 
+# Several projects into a folder, each frame as one render writes it; a
+# project that fails does not stop the others.
+cp wall.tsrx other.v2.tsrx
+expect 2 "$BIN" render missing.tsrx wall.tsrx -o show/night --format PNG --transparent
+expect 0 "$BIN" render wall.tsrx other.v2.tsrx -o show/night --format .png --transparent
+expect 0 "$BIN" render wall.tsrx -o one.png --transparent
+cmp -s show/night/wall.png one.png && cmp -s show/night/other.v2.png one.png && ok ||
+  fail "the frames rendered into a folder differ from one render's"
+
 # Extensions that write nothing are refused before any work.
 for out in frame.jpeg frame.tif frame; do
   expect 2 "$BIN" render wall.tsrx -o "$out"

@@ -100,24 +100,16 @@ QImage logo_picture(int width, int height) {
     back.setColorAt(0, QColor(0x22, 0x2a, 0x2e));
     back.setColorAt(1, QColor(0x12, 0x14, 0x16));
     p.fillRect(img.rect(), back);
-    // A small wall of cabinets, chequered as the program draws them.
-    const int columns = 8, rows = 3, cab = 30;
-    const int x0 = (width - columns * cab) / 2, y0 = height / 8;
-    for (int r = 0; r < rows; ++r)
-        for (int c = 0; c < columns; ++c)
-            p.fillRect(x0 + c * cab, y0 + r * cab, cab - 2, cab - 2,
-                       (r + c) % 2 ? cabinet_tint : cabinet_teal);
-    p.setPen(QPen(Qt::white, 2));
-    p.setBrush(Qt::NoBrush);
-    const QPointF centre(x0 + columns * cab / 2.0 - 1, y0 + rows * cab / 2.0 - 1);
-    p.drawEllipse(centre, rows * cab / 2.0 - 4, rows * cab / 2.0 - 4);
-    p.setFont(look::sans(44, true));
+    // The program's icon, over its name.
+    const QImage icon(":/icons/128/tesserine.png");
+    const int y0 = height / 12;
+    p.drawImage((width - icon.width()) / 2, y0, icon);
+    p.setFont(look::sans(40, true));
     p.setPen(QColor(0xe8, 0xe8, 0xe8));
-    p.drawText(QRect(0, y0 + rows * cab + 10, width, 60), Qt::AlignCenter, "Tesserine");
+    p.drawText(QRect(0, y0 + 128, width, 52), Qt::AlignCenter, "Tesserine");
     p.setFont(look::sans(16));
     p.setPen(QColor(0x95, 0xb8, 0xb8));
-    p.drawText(QRect(0, y0 + rows * cab + 70, width, 30), Qt::AlignCenter,
-               "LED video wall pixel maps");
+    p.drawText(QRect(0, y0 + 176, width, 30), Qt::AlignCenter, "LED video wall pixel maps");
     return img;
 }
 
