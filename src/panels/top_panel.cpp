@@ -40,7 +40,12 @@ TopPanel::TopPanel(QWidget* parent, Global* global) : QWidget(parent), SettingsF
         b->setFixedWidth(80);
         b->setFont(look::fitted_sans(text, 80 - 10));
         b->setFocusPolicy(Qt::NoFocus);
-        connect(b, &QPushButton::clicked, this, [this, command] { (m_global->*command)(); });
+        // The workspace is taken into the slot by value: GCC 12's vptr check
+        // of a call through a member-function pointer on a member reached
+        // through a second base checks the wrong address (and reads a stray
+        // register for it), and stops a sanitizer build at the first click.
+        connect(b, &QPushButton::clicked, this,
+                [global = m_global, command] { (global->*command)(); });
         row->addWidget(b);
     };
     button("Open Project", &Global::open_project_button);
