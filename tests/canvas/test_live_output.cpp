@@ -69,31 +69,3 @@ TEST_F(live_output, ChoosingAMonitorCoversItWithTheFrameAtFullSize) {
     live()->close();
     EXPECT_TRUE(live()->isVisible());
 }
-
-TEST_F(live_output, TheMenuOffersTheOtherMonitorsNumberedFromOne) {
-    start();
-    window->setGeometry(1700, 100, 700, 450); // on the second monitor
-    TopMenu* menu = screen->top_menu();
-    auto captions = [&] {
-        std::vector<std::string> shown;
-        for (WidgetWithBackground* e :
-             menu->submenu(TopMenuSubmenu::live_output_section)->entries())
-            shown.push_back(e->getMenuName());
-        return shown;
-    };
-    menu->setSubmenu(TopMenuSubmenu::live_output_section);
-    EXPECT_EQ(captions(), (std::vector<std::string>{"No Live Output", "Live Output to Screen 1",
-                                                    "Live Output to Screen 3"}));
-    // Rebuilt at each opening: the window moved to the first monitor.
-    menu->fold();
-    window->setGeometry(100, 100, 1200, 800);
-    menu->setSubmenu(TopMenuSubmenu::live_output_section);
-    EXPECT_EQ(captions(), (std::vector<std::string>{"No Live Output", "Live Output to Screen 2",
-                                                    "Live Output to Screen 3"}));
-    // Choosing one shows the live output there and folds the menu.
-    QTest::mouseClick(menu->submenu(TopMenuSubmenu::live_output_section)->entries()[2],
-                      Qt::LeftButton);
-    ASSERT_NE(live(), nullptr);
-    EXPECT_EQ(live()->geometry(), QRect(2400, 0, 640, 480));
-    EXPECT_FALSE(menu->is_showing_any_submenu());
-}

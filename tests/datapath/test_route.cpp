@@ -109,15 +109,6 @@ TEST_F(route_test, Walls) {
     EXPECT_GT(rows, 50);
 }
 
-TEST_F(route_test, AllCabinetsExcludedGiveAnEmptyRoute) {
-    layer->SkipBlankBoxes = 1;
-    layer->switch_all_exclude_boxes();
-    for (int type : {0, 1})
-        for (int mode = 0; mode < 8; ++mode)
-            for (int limit : {0, 300, 800, -1})
-                EXPECT_EQ(route(type, mode, limit), "") << type << " " << mode << " " << limit;
-}
-
 // Walls of every shape, mode, exclusion and limit, and long lines with gaps
 // (longer than the walk keeps in cache at once): the engine routes in place
 // and lays lines down ahead of time, and every one of these routes must
@@ -170,20 +161,6 @@ TEST_F(route_test, RandomWallsKeepTheirRoutes) {
     }
     EXPECT_TRUE(matches_golden(got, "route_fingerprints.txt"))
         << "line N of the file is wall N (20000 small ones, then 200 long)";
-}
-
-TEST_F(route_test, ComputedRouteKeepsItsMemoryToThePath) {
-    set_grid(*layer, 200, 100, 10, 10);
-    layer->SnakeLimit = -1;
-    for (int c = 0; c < 200; c += 3)
-        layer->ExcludeBoxes.add(box_id(c, 7));
-    for (int mode = 0; mode < 8; ++mode) {
-        layer->SnakeMode = mode;
-        const Snake::route r = Snake::make_route(*layer);
-        EXPECT_EQ(r.size(), 20000u - 67u);
-        // At most one line of room beyond the route itself.
-        EXPECT_LE(r.capacity(), r.size() + (mode & 4 ? 100u : 200u));
-    }
 }
 
 TEST_F(route_test, AbsurdWallIsRefusedAndRoutingChangesNothing) {

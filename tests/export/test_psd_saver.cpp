@@ -75,41 +75,6 @@ TEST_F(psd_file, GoldenFiles) {
     EXPECT_EQ(saver.layers()[1].name, "NoName");
 }
 
-TEST_F(psd_file, LargeLayersAndTallCompositesKeepEveryByte) {
-    // Channels of megabytes take the huge-page road of the allocator.
-    const unsigned w = 1920, h = 1024;
-    std::vector<unsigned char> px(std::size_t(w) * h * 4);
-    for (std::size_t i = 0; i < px.size(); ++i)
-        px[i] = (unsigned char)(i * 7 + i / 4099);
-    PSDSaver saver;
-    saver.add_layer(3, 4, w, h, px.data(), int(w * 4), "Big");
-    const auto& d = saver.layers().at(0);
-    ASSERT_EQ(d.alpha.size(), std::size_t(w) * h + 2);
-    std::size_t wrong = 0;
-    for (std::size_t i = 0; i < std::size_t(w) * h; ++i)
-        wrong += d.red[2 + i] != px[4 * i] || d.green[2 + i] != px[4 * i + 1] ||
-                 d.blue[2 + i] != px[4 * i + 2] || d.alpha[2 + i] != px[4 * i + 3];
-    EXPECT_EQ(wrong, 0u);
-    // The merged planes are gathered a band of rows at a time: 700 rows of
-    // 1000 pixels make three bands, the last one short.
-    composite c(1000, 700, 4);
-    const std::string file = save(saver, c);
-    const std::size_t channels = 4 * (std::size_t(w) * h + 2);
-    EXPECT_EQ(file.size(), 44 + 83 + channels + 4 + c.merged().size());
-    EXPECT_EQ(file.substr(44 + 83, 2 + 3), bytes{}.u16(0).list({px[3], px[7], px[11]}).s);
-    EXPECT_EQ(file.substr(44 + 83 + channels + 4), c.merged());
-}
-
-TEST_F(psd_file, LayersAreCopiesTakenWhenAdded) {
-    PSDSaver saver;
-    unsigned char px[4] = {1, 2, 3, 4};
-    saver.add_layer(0, 0, 1, 1, px, 4, "L");
-    px[0] = 99;
-    const auto& d = saver.layers().at(0);
-    EXPECT_EQ(plain(d.red), (std::vector<unsigned char>{0, 0, 1}));
-    EXPECT_EQ(plain(d.alpha), (std::vector<unsigned char>{0, 0, 4}));
-}
-
 TEST_F(psd_file, BadCompositesAndTooManyLayersAreRefused) {
     PSDSaver saver;
     composite c(2, 2);
@@ -187,36 +152,4 @@ TEST_F(psd_file, LayersGiveTheirFullSizeOffsetAndName) {
     EXPECT_EQ(plain(grown.layers()[0].alpha).size(), 2u + 7 * 4);
     EXPECT_EQ(grown.layers()[0].alpha[2 + 4], 255);
     EXPECT_EQ(grown.layers()[0].alpha[2 + 5], 0);
-}
-
-TEST_F(psd_file, ImageLayerLooksLikeScreenLayer) {
-    auto screen = add_screen(global, "Same", -4, 3, 2, 1, 2); // 4 by 2
-    auto picture = add_picture(global, "Same", -4, 3, 4, 2);
-    auto pixel = [](int x, int y) { return qRgba(x * 10, y * 20, 5, 255); };
-    paint_offscreen(*screen, pixel);
-    paint_offscreen(*picture, pixel);
-    PSDSaver one, two;
-    one.add_layer(screen);
-    two.add_layer(picture);
-    composite c(4, 4);
-    EXPECT_EQ(save(one, c, "screen.psd"), save(two, c, "picture.psd"));
-}
-
-TEST_F(psd_file, ImageMagickReadsMergedImageAndLayers) {
-    const QString identify = QStandardPaths::findExecutable("identify");
-    if (identify.isEmpty()) GTEST_SKIP() << "ImageMagick's identify is not installed";
-    auto a = add_screen(global, "Left wall", 0, 0, 2, 1, 4); // 8 by 4
-    auto b = add_picture(global, "Logo pic", 10, 2, 6, 6);
-    paint_offscreen(*a, [](int x, int) { return qRgba(255, x * 30, 0, 255); });
-    paint_offscreen(*b, [](int, int y) { return qRgba(0, 0, y * 20, 128); });
-    PSDSaver saver;
-    saver.add_layer(a);
-    saver.add_layer(b);
-    save(saver, composite(16, 8));
-    QProcess run;
-    run.start(identify, {"-format", "%m %wx%h%O;", QString::fromStdString(path())});
-    ASSERT_TRUE(run.waitForFinished(30000));
-    ASSERT_EQ(run.exitCode(), 0) << run.readAllStandardError().toStdString();
-    EXPECT_EQ(run.readAllStandardOutput().toStdString(),
-              "PSD 16x8+0+0;PSD 8x4+0+0;PSD 6x6+10+2;");
 }
