@@ -58,8 +58,6 @@ MUTANTS=(
   "key-letter-case|src/app/main_screen.cpp|s/return text.toUpper().toStdString();/return text.toStdString();/"
   "key-string-groups|src/app/main_screen.cpp|s/keys::string_key(name, held)/keys::string_key(name, 0)/"
   "tab-first-step|src/app/main_screen.cpp|s/for (long long k = 1; k < n; ++k) {/for (long long k = 2; k < n; ++k) {/"
-  "tab-backward-start|src/app/main_screen.cpp|s/(backward ? n - 1 : 0)/(backward ? 0 : 0)/"
-  "tab-select-all|src/app/main_screen.cpp|s/edit->selectAll();/(void)edit;/"
   "layout-load-y|src/app/main_screen.cpp|s/, layout.value(name + \"_y\")/, layout.value(name + \"_x\")/"
   "layout-missing-shows|src/app/main_screen.cpp|s/_visible\").toBool(false)/_visible\").toBool(true)/"
   "layout-save-visible|src/app/main_screen.cpp|s/layout\[name + \"_visible\"\] = p->stored_visible();/layout[name + \"_visible\"] = true;/"

@@ -52,18 +52,6 @@ TEST_F(layers, RecordReadingRules) {
     EXPECT_EQ(layer->get_custom_path_string(), "");
 }
 
-TEST_F(layers, ImageResizeKeepsAspect) {
-    auto layer = image();
-    layer->aspect_ratio = 2.0f;
-    layer->set_width(100);
-    EXPECT_EQ(layer->get_height(), 50);
-    layer->set_height(100);
-    EXPECT_EQ(layer->get_width(), 200);
-    layer->setMaintainAspectRatio(false);
-    layer->set_width(7);
-    EXPECT_EQ(layer->get_height(), 100);
-}
-
 TEST_F(layers, DataDecodesAndEncodesLosslessly) {
     auto layer = image();
     const std::string hex = png_hex(3, 2, qRgba(200, 100, 50, 128));

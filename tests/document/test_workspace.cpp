@@ -22,18 +22,6 @@ struct workspace : workspace_test {
 
 } // namespace
 
-TEST_F(workspace, PaperSizeClampsOnReadOnly) {
-    global.set_paper_width(0);
-    EXPECT_EQ(global.get_paper_width(), 1);
-    EXPECT_EQ(global.paper_width, 0); // kept as stored
-    global.set_paper_width(1);
-    EXPECT_EQ(global.get_paper_width(), 1);
-    global.set_paper_height(-7);
-    EXPECT_EQ(global.get_paper_height(), 1);
-    global.set_paper_height(2);
-    EXPECT_EQ(global.get_paper_height(), 2);
-}
-
 TEST_F(workspace, SelectionRules) {
     global.set_current_layer_index(-1); // accepted in an empty stack
     EXPECT_EQ(global.get_current_layer_id(), -1);

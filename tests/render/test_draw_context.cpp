@@ -3,7 +3,6 @@
 #include "render/draw2d_context.h"
 #include "render/image_wrap.h"
 
-#include <QFontInfo>
 #include <QPainter>
 
 #include <gtest/gtest.h>
@@ -28,24 +27,6 @@ std::string pixels(const image& img, std::initializer_list<QPoint> points) {
 }
 
 } // namespace
-
-TEST(draw_context, SansIsDejaVuAndLinesAreMeasuredByLineSpacing) {
-    nano2d::draw2d_context ctx;
-    auto sink = ctx.get_font_sink();
-    const auto& f = sink->font("sans", 20);
-    EXPECT_EQ(QFontInfo(f.font).family(), "DejaVu Sans");
-    EXPECT_EQ(f.font.pixelSize(), 20);
-
-    ctx.font_size(20);
-    ctx.font_face("sans");
-    float widest = 0, line_height = 0;
-    ctx.measure_lines({"ab", "abcdef", ""}, widest, line_height);
-    EXPECT_FLOAT_EQ(line_height, float(f.metrics.lineSpacing()));
-    EXPECT_FLOAT_EQ(widest, float(f.metrics.horizontalAdvance("abcdef")));
-    EXPECT_GT(widest, 40.0f);
-    ctx.measure_lines({}, widest, line_height);
-    EXPECT_EQ(widest, 0.0f);
-}
 
 TEST(draw_context, TextBoundsAreTheLineBoxAroundTheAnchor) {
     nano2d::draw2d_context ctx;
