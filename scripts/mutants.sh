@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# Deliberate faults in the core, one at a time: each is applied, the test
-# programs and the command are rebuilt, and the suite must fail. Shows how
+# Deliberate faults in the core and the window code, one at a time: each is
+# applied, the test programs and the command are rebuilt, and the suite must
+# fail. Shows how
 # strong the suite is, before and after it is changed.
 # Usage: scripts/mutants.sh [NAME...]   (MUTANTS_ALL=1: run every program,
 # to see which of them catch a fault; by default the first catch ends it)
@@ -56,9 +57,42 @@ MUTANTS=(
   "psd-channel-length|src/export/psd_saver.cpp|s/out.put_u32(std::uint32_t(d.red.size()));/out.put_u32(std::uint32_t(d.red.size() - 2));/"
   "snake-limit-strict|src/datapath/route.cpp|s/return std::uint64_t(pixels) > limit;/return std::uint64_t(pixels) >= limit;/"
   "physh-field|src/persistence/parameter_text.cpp|s/{\"PhysH\", \&read_real<\&D::PhysH>}/{\"PhysH\", \&read_real<\&D::PhysW>}/"
+  # The window: key names, the Tab walk, the layout file, snapping, hit
+  # tests, the drag rules, list sync and palette fields.
+  "key-letter-case|src/app/main_screen.cpp|s/return text.toUpper().toStdString();/return text.toStdString();/"
+  "key-string-groups|src/app/main_screen.cpp|s/keys::string_key(name, held)/keys::string_key(name, 0)/"
+  "tab-first-step|src/app/main_screen.cpp|s/for (long long k = 1; k < n; ++k) {/for (long long k = 2; k < n; ++k) {/"
+  "layout-load-y|src/app/main_screen.cpp|s/, layout.value(name + \"_y\")/, layout.value(name + \"_x\")/"
+  "layout-missing-shows|src/app/main_screen.cpp|s/_visible\").toBool(false)/_visible\").toBool(true)/"
+  "layout-save-visible|src/app/main_screen.cpp|s/layout\[name + \"_visible\"\] = p->stored_visible();/layout[name + \"_visible\"] = true;/"
+  "snap-strict|src/canvas/main_impact.cpp|s/if (std::abs(x) < snap_threshold) {/if (std::abs(x) <= snap_threshold) {/"
+  "snap-right-edge|src/canvas/main_impact.cpp|s/x = W - w;/x = W - w - 1;/"
+  "snap-bottom-edge|src/canvas/main_impact.cpp|s/y = H - h;/y = H - h - 1;/"
+  "snap-skips-hidden|src/canvas/main_impact.cpp|s/if (!other) continue;/if (!other || other->is_hidden()) continue;/"
+  "snap-right-on-left|src/canvas/main_impact.cpp|s/{v + size - other, other - size}/{v + size - other, other + size}/"
+  "snap-neighbours-first|src/canvas/main_impact.cpp|s/^    snap_paper(x, y, done_x, done_y);/    snap_others(x, y, done_x, done_y);\n&/"
+  "hit-test-bottom-first|src/canvas/main_impact.cpp|s/for (long long i = workspace->get_layers_count() - 1; i >= 0; --i) {/for (long long i = 0; i < workspace->get_layers_count(); ++i) {/"
+  "hit-test-hidden|src/canvas/main_impact.cpp|s/if (!layer || layer->is_hidden()) continue;/if (!layer) continue;/"
+  "label-hit-unzoomed|src/canvas/main_impact.cpp|s/const double left = workspace->raster_label_x \* z,/const double left = workspace->raster_label_x,/"
+  "handle-size-zoomed|src/canvas/main_impact.cpp|s/4.0 \/ effective_zoom/4.0 * effective_zoom/"
+  "shift-moves-pictures|src/canvas/main_impact.cpp|s/(modifiers \& keys::group_a) \&\& type == e_layer_boxes)/(modifiers \& keys::group_a) \&\& type == e_layer_image)/"
+  "label-drag-unzoomed|src/canvas/main_impact.cpp|s/int(float(back.x()) \/ effective_zoom)/int(float(back.x()) * effective_zoom)/"
+  "aspect-handle|src/canvas/main_impact.cpp|s/resize_handle == 0 || resize_handle == 1/resize_handle == 0 || resize_handle == 3/"
+  "selection-direction|src/canvas/main_impact.cpp|s/selection_adds = !screen/selection_adds = screen/"
+  "move-against-drag|src/canvas/main_impact.cpp|s/move_delta -= delta;/move_delta += delta;/"
+  "visible-box-inverted|src/panels/scroll_list.cpp|s/layer->set_hidden(!checked);/layer->set_hidden(checked);/"
+  "row-box-stale|src/panels/scroll_list.cpp|s/visible->isChecked() == layer->is_hidden()/visible->isChecked() != layer->is_hidden()/"
+  "labels-metres-field|src/panels/settings_labels.cpp|s/l.ShowMM = v;/l.ShowFT = v;/"
+  "diagram-width-field|src/panels/settings_data_diagram.cpp|s/l.SnakeWidth = v;/l.SnakeLimit = v;/"
+  "power-watts-field|src/panels/settings_power.cpp|s/layer->PowerWatts = v;/layer->PowerVolts = v;/"
+  "circle-width-field|src/panels/settings_boxes.cpp|s/l.CircleWidth = v;/l.GridWidth = v;/"
+  "novastar-type|src/panels/settings_data_diagram.cpp|s/layer->DataDiagramType = v ? 0 : 1;/layer->DataDiagramType = v ? 1 : 0;/"
 )
 
-PROGRAMS=(test_core test_document test_persistence test_datapath test_render test_export test_hardening)
+CORE_PROGRAMS=(test_core test_document test_persistence test_datapath test_render test_export test_hardening)
+WINDOW_PROGRAMS=()
+[ -x "$BUILD/tests/test_app" ] && WINDOW_PROGRAMS=(test_app test_canvas test_panels)
+PROGRAMS=("${CORE_PROGRAMS[@]}" "${WINDOW_PROGRAMS[@]}")
 
 current=""
 backup="$(mktemp)"
@@ -109,6 +143,18 @@ for m in "${MUTANTS[@]}"; do
     restore
     continue
   fi
+  case "$file" in
+  src/app/* | src/canvas/* | src/panels/*)
+    if [ ${#WINDOW_PROGRAMS[@]} -eq 0 ]; then
+      echo "$name: SKIPPED (the window is not built)"
+      restore
+      continue
+    fi
+    # The window's own tests first: they catch its faults.
+    PROGRAMS=("${WINDOW_PROGRAMS[@]}" "${CORE_PROGRAMS[@]}")
+    ;;
+  *) PROGRAMS=("${CORE_PROGRAMS[@]}" "${WINDOW_PROGRAMS[@]}") ;;
+  esac
   tried=$((tried + 1))
   if ! build; then
     echo "$name: caught by the compiler"

@@ -557,81 +557,84 @@ void MainImpact::auto_select(const QPoint& p) {
 
 void MainImpact::mouse_button_event(const QPoint& p, Qt::MouseButton button, bool down,
                                     std::uint64_t modifiers) {
-    const pointer<app_layer> current_at_start = workspace->current_layer();
-    if (down) {
-        auto_select(p);
-        const pointer<app_layer> current = workspace->current_layer();
-        label_drag_start = invalidPos();
-        pan_drag_start = invalidPos();
-        if (!current) return;
-        auto* screen = dynamic_cast<boxes_layer*>(current.get());
-        if (!(modifiers & (keys::group_a | keys::group_b))) {
-            if (hit_test_raster_label(p.x(), p.y())) {
-                label_drag_start = p;
-                label_start_position = QPoint(workspace->raster_label_x, workspace->raster_label_y);
-            } else {
-                pan_drag_start = p;
-                pan_start = pan;
-            }
-            const QPointF q = screenToLayer(p, *current);
-            if (screen && screen->CustomDataPath)
-                screen->trigger_for_override_path(float(q.x()), float(q.y()),
-                                                  button == Qt::RightButton);
-            return;
-        }
-        const QPointF q = screenToLayer(p, *current);
-        if ((modifiers & keys::group_b) && screen) {
-            // The cabinet under the press sets the direction of the whole
-            // rectangle: one that left the exclusions makes it include.
-            selection_adds = !screen->trigger_for_exclude_boxes(float(q.x()), float(q.y()));
-            selection_rectangle =
-                QRect(QPoint(int(q.x()), int(q.y())), QPoint(int(q.x()), int(q.y())));
-            selecting = true;
-            workspace->host().update_amperes();
-            redraw();
-            return;
-        }
-        const enum_layer type = current->get_layer_type();
-        if (((modifiers & keys::group_b) && type == e_layer_image) ||
-            ((modifiers & keys::group_a) && type == e_layer_boxes)) {
-            const double w = current->get_full_width(), h = current->get_full_height();
-            // Handles keep their size on screen.
-            const double T = 4.0 / effective_zoom;
-            const double x = q.x(), y = q.y();
-            if (type == e_layer_image) {
-                const auto near = [T](double a, double b) { return std::abs(a - b) < T; };
-                if (near(x, 0) && near(y, h / 2)) resize_handle = 2;
-                if (near(x, w / 2) && near(y, 0)) resize_handle = 0;
-                if (near(x, w) && near(y, h / 2)) resize_handle = 3;
-                if (near(x, w / 2) && near(y, h)) resize_handle = 1;
-            }
-            if (resize_handle >= 0) {
-                resize_delta = QPoint(0, 0);
-                return;
-            }
-            if (0 < x && x < w && 0 < y && y < h) move_delta = QPoint(0, 0);
-        }
+    if (down)
+        press(p, button, modifiers);
+    else
+        release(workspace->current_layer());
+}
+
+// A press selects (with auto-select) and then starts what the modifiers
+// held ask for: no modifier pans or drags the raster label, Control
+// selects cabinets, Shift on a screen or Control on a picture moves or
+// resizes it.
+void MainImpact::press(const QPoint& p, Qt::MouseButton button, std::uint64_t modifiers) {
+    auto_select(p);
+    const pointer<app_layer> current = workspace->current_layer();
+    label_drag_start = invalidPos();
+    pan_drag_start = invalidPos();
+    if (!current) return;
+    auto* screen = dynamic_cast<boxes_layer*>(current.get());
+    const QPointF q = screenToLayer(p, *current);
+    if (!(modifiers & (keys::group_a | keys::group_b))) {
+        start_pan_or_label_drag(p);
+        if (screen && screen->CustomDataPath)
+            screen->trigger_for_override_path(float(q.x()), float(q.y()),
+                                              button == Qt::RightButton);
         return;
     }
+    if ((modifiers & keys::group_b) && screen) {
+        start_selection(*screen, q);
+        return;
+    }
+    const enum_layer type = current->get_layer_type();
+    if (((modifiers & keys::group_b) && type == e_layer_image) ||
+        ((modifiers & keys::group_a) && type == e_layer_boxes))
+        start_move_or_resize(*current, q);
+}
 
-    // The button goes up: the first state that runs ends.
-    const pointer<app_layer> current = current_at_start;
+void MainImpact::start_pan_or_label_drag(const QPoint& p) {
+    if (hit_test_raster_label(p.x(), p.y())) {
+        label_drag_start = p;
+        label_start_position = QPoint(workspace->raster_label_x, workspace->raster_label_y);
+    } else {
+        pan_drag_start = p;
+        pan_start = pan;
+    }
+}
+
+void MainImpact::start_selection(boxes_layer& screen, const QPointF& q) {
+    // The cabinet under the press sets the direction of the whole
+    // rectangle: one that left the exclusions makes it include.
+    selection_adds = !screen.trigger_for_exclude_boxes(float(q.x()), float(q.y()));
+    selection_rectangle = QRect(QPoint(int(q.x()), int(q.y())), QPoint(int(q.x()), int(q.y())));
+    selecting = true;
+    workspace->host().update_amperes();
+    redraw();
+}
+
+void MainImpact::start_move_or_resize(const app_layer& layer, const QPointF& q) {
+    const double w = layer.get_full_width(), h = layer.get_full_height();
+    // Handles keep their size on screen.
+    const double T = 4.0 / effective_zoom;
+    const double x = q.x(), y = q.y();
+    if (layer.get_layer_type() == e_layer_image) {
+        const auto near = [T](double a, double b) { return std::abs(a - b) < T; };
+        if (near(x, 0) && near(y, h / 2)) resize_handle = 2;
+        if (near(x, w / 2) && near(y, 0)) resize_handle = 0;
+        if (near(x, w) && near(y, h / 2)) resize_handle = 3;
+        if (near(x, w / 2) && near(y, h)) resize_handle = 1;
+    }
+    if (resize_handle >= 0) {
+        resize_delta = QPoint(0, 0);
+        return;
+    }
+    if (0 < x && x < w && 0 < y && y < h) move_delta = QPoint(0, 0);
+}
+
+// The button goes up: the first state that runs ends.
+void MainImpact::release(const pointer<app_layer>& current) {
     if (selecting) {
-        if (auto screen = std::dynamic_pointer_cast<boxes_layer>(current)) {
-            const QRect& s = selection_rectangle;
-            const int left = std::min(s.left(), s.right()), right = std::max(s.left(), s.right());
-            const int top = std::min(s.top(), s.bottom()), bottom = std::max(s.top(), s.bottom());
-            for (std::uint32_t id : screen->hit_test(left, top, right, bottom)) {
-                if (selection_adds)
-                    screen->ExcludeBoxes.add(id);
-                else
-                    screen->ExcludeBoxes.remove(id);
-            }
-            screen->set_changed();
-            workspace->host().update_amperes();
-        }
-        selecting = false;
-        redraw();
+        end_selection(current);
     } else if (isPosValid(pan_drag_start)) {
         pan_drag_start = invalidPos();
     } else if (isPosValid(label_drag_start)) {
@@ -639,45 +642,69 @@ void MainImpact::mouse_button_event(const QPoint& p, Qt::MouseButton button, boo
         workspace->host().reload_all(*workspace, true);
         redraw();
     } else if (isPosValid(move_delta)) {
-        if (current) {
-            const float dx = float(move_delta.x()) / effective_zoom;
-            const float dy = float(move_delta.y()) / effective_zoom;
-            int nx = int(float(current->get_offset_x()) - dx);
-            int ny = int(float(current->get_offset_y()) - dy);
-            snap(nx, ny);
-            current->set_offset_x(nx);
-            current->set_offset_y(ny);
-            if (current->is_logo) workspace->save_logo_layer();
-            workspace->host().reload_all(*workspace, true);
-        }
+        if (current) end_move(*current);
         move_delta = invalidPos();
         resize_delta = invalidPos();
     } else if (resize_handle >= 0) {
-        resize_delta = invalidPos();
-        const QRect& r = preview_rectangle;
-        auto picture = std::dynamic_pointer_cast<image_layer>(current);
-        const bool nothing = r.x() == 0 && r.y() == 0 && r.width() == 0 && r.height() == 0;
-        if (picture && !nothing) {
-            const float z = effective_zoom;
-            picture->set_offset_x(int(float(r.x()) / z));
-            picture->set_offset_y(int(float(r.y()) / z));
-            const int width = int(float(r.width()) / z), height = int(float(r.height()) / z);
-            if (picture->getMaintainAspectRatio()) {
-                // The picture derives the other side.
-                if (resize_handle == 0 || resize_handle == 1)
-                    picture->set_height(height);
-                else
-                    picture->set_width(width);
-            } else {
-                picture->set_width(width);
-                picture->set_height(height);
-            }
-            if (picture->is_logo) workspace->save_logo_layer();
-        }
-        preview_rectangle = QRect(0, 1, 2, 3);
-        resize_handle = -1;
-        redraw();
+        end_resize(current);
     }
+}
+
+void MainImpact::end_selection(const pointer<app_layer>& current) {
+    if (auto screen = std::dynamic_pointer_cast<boxes_layer>(current)) {
+        const QRect& s = selection_rectangle;
+        const int left = std::min(s.left(), s.right()), right = std::max(s.left(), s.right());
+        const int top = std::min(s.top(), s.bottom()), bottom = std::max(s.top(), s.bottom());
+        for (std::uint32_t id : screen->hit_test(left, top, right, bottom)) {
+            if (selection_adds)
+                screen->ExcludeBoxes.add(id);
+            else
+                screen->ExcludeBoxes.remove(id);
+        }
+        screen->set_changed();
+        workspace->host().update_amperes();
+    }
+    selecting = false;
+    redraw();
+}
+
+void MainImpact::end_move(app_layer& layer) {
+    const float dx = float(move_delta.x()) / effective_zoom;
+    const float dy = float(move_delta.y()) / effective_zoom;
+    int nx = int(float(layer.get_offset_x()) - dx);
+    int ny = int(float(layer.get_offset_y()) - dy);
+    snap(nx, ny);
+    layer.set_offset_x(nx);
+    layer.set_offset_y(ny);
+    if (layer.is_logo) workspace->save_logo_layer();
+    workspace->host().reload_all(*workspace, true);
+}
+
+void MainImpact::end_resize(const pointer<app_layer>& current) {
+    resize_delta = invalidPos();
+    const QRect& r = preview_rectangle;
+    auto picture = std::dynamic_pointer_cast<image_layer>(current);
+    const bool nothing = r.x() == 0 && r.y() == 0 && r.width() == 0 && r.height() == 0;
+    if (picture && !nothing) {
+        const float z = effective_zoom;
+        picture->set_offset_x(int(float(r.x()) / z));
+        picture->set_offset_y(int(float(r.y()) / z));
+        const int width = int(float(r.width()) / z), height = int(float(r.height()) / z);
+        if (picture->getMaintainAspectRatio()) {
+            // The picture derives the other side.
+            if (resize_handle == 0 || resize_handle == 1)
+                picture->set_height(height);
+            else
+                picture->set_width(width);
+        } else {
+            picture->set_width(width);
+            picture->set_height(height);
+        }
+        if (picture->is_logo) workspace->save_logo_layer();
+    }
+    preview_rectangle = QRect(0, 1, 2, 3);
+    resize_handle = -1;
+    redraw();
 }
 
 void MainImpact::mouse_motion_event(const QPoint& p, const QPoint& delta, std::uint64_t modifiers) {

@@ -108,6 +108,15 @@ class MainImpact : public QWidget {
     // the modifier groups held (keys::group_*).
     void mouse_button_event(const QPoint& p, Qt::MouseButton button, bool down,
                             std::uint64_t modifiers);
+    // Its steps: what a press starts, and how a release ends it.
+    void press(const QPoint& p, Qt::MouseButton button, std::uint64_t modifiers);
+    void start_pan_or_label_drag(const QPoint& p);
+    void start_selection(boxes_layer& screen, const QPointF& q);
+    void start_move_or_resize(const app_layer& layer, const QPointF& q);
+    void release(const pointer<app_layer>& current);
+    void end_selection(const pointer<app_layer>& current);
+    void end_move(app_layer& layer);
+    void end_resize(const pointer<app_layer>& current);
     void mouse_motion_event(const QPoint& p, const QPoint& delta, std::uint64_t modifiers);
     // The groups a mouse event says are held; the workspace learns them too.
     std::uint64_t groups_of(const QMouseEvent& event);

@@ -19,6 +19,8 @@ namespace Vantora_TesserinePro {
 class app_layer;
 class boxes_layer;
 class image_layer;
+class PSDSaver;
+enum class frame_file_kind;
 namespace nano2d {
 class context;
 }
@@ -243,6 +245,15 @@ class Global {
     void set_document_file(const file::path& path, bool damaged);
     // Copies a damaged saved preset file aside and tells the user.
     void keep_damaged_presets_file(const file::path& saved, const read_report& report);
+
+    // The steps of a frame build, in the order defer_build_frame takes them.
+    bool take_changes(const pointer_array<app_layer>& layers);
+    bool rebuild_shown_layers(const pointer_array<app_layer>& layers, nano2d::context* context);
+    bool stop_after_failed_build();
+    bool fit_composite_to_raster();
+    void stack_layers_into_composite(nano2d::context* frame, PSDSaver* psd);
+    void draw_raster_label(nano2d::context* frame);
+    void write_frame_file(const file::path& request, frame_file_kind kind, PSDSaver* psd);
 
     std::mutex m_object_lock;
     workspace_host* m_host;

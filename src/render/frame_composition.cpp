@@ -49,56 +49,73 @@ bool Global::defer_build_frame(bool main, nano2d::context* context) {
     std::lock_guard<std::recursive_mutex> lock(frame_mutex);
 
     // The list is copied: a callback of the build may touch the project.
-    pointer_array<app_layer> layers;
-    if (main) {
-        if (m_project) layers = m_project->layers;
-    } else {
-        layers = presets;
-    }
+    const pointer_array<app_layer> layers =
+        main ? (m_project ? m_project->layers : pointer_array<app_layer>()) : presets;
+    const bool any_changed = take_changes(layers);
+    // A layer that cannot draw is reported to the user; the pass stops and
+    // the flag stays up, so a later paint tries again.
+    if (any_changed && main && !rebuild_shown_layers(layers, context))
+        return stop_after_failed_build();
 
+    const file::path request = save_request_path;
+    const bool saving = !request.empty();
+    if (!any_changed && !saving && composite_image && !composite_image->isNull()) return false;
+    if (!fit_composite_to_raster()) return stop_after_failed_build();
+
+    const frame_file_kind kind =
+        saving ? frame_file_kind_for(request.final_extension_lower()) : frame_file_kind::none;
+    std::unique_ptr<PSDSaver> psd;
+    if (kind == frame_file_kind::psd) psd = std::make_unique<PSDSaver>();
+    {
+        OffscreenDraw draw(context, composite_image.get());
+        stack_layers_into_composite(context, psd.get());
+        if (raster_label_enabled) draw_raster_label(context);
+    }
+    frame_image_wrap.setData(context, composite_image.get());
+    ++m_frame_generation;
+
+    if (saving) write_frame_file(request, kind, psd.get());
+    return true;
+}
+
+bool Global::take_changes(const pointer_array<app_layer>& layers) {
     bool any_changed = changed.exchange(0) != 0;
     for (const auto& layer : layers)
         if (layer && layer->has_changed()) any_changed = true;
+    return any_changed;
+}
 
-    // A layer that cannot draw is reported to the user; the pass stops and
-    // the flag stays up, so a later paint tries again.
+bool Global::stop_after_failed_build() {
+    m_host->reload_all(*this, true);
+    changed.store(1);
+    return false;
+}
+
+bool Global::rebuild_shown_layers(const pointer_array<app_layer>& layers,
+                                  nano2d::context* context) {
+    output_debug_string("has changed");
+    if (m_project) m_project->ends_counter = 1;
     bool failed = false;
     auto report = [this, &failed](const string& message) {
         show_error(message);
         failed = true;
     };
-    auto stop_after_failure = [this]() {
-        m_host->reload_all(*this, true);
-        changed.store(1);
-        return false;
-    };
-
-    if (any_changed && main) {
-        output_debug_string("has changed");
-        if (m_project) m_project->ends_counter = 1;
-        const bool only_current = m_host->is_only_current();
-        const pointer<app_layer> current = only_current ? current_layer() : nullptr;
-        for (const auto& layer : layers) {
-            if (!layer || layer->is_hidden()) continue;
-            boxes_layer* cleared = nullptr;
-            if (only_current && layer != current) cleared = dynamic_cast<boxes_layer*>(layer.get());
-            {
-                draw_boxes_switch switch_off(cleared);
-                layer->build_frame(context, report);
-            }
-            if (failed) return stop_after_failure();
+    const bool only_current = m_host->is_only_current();
+    const pointer<app_layer> current = only_current ? current_layer() : nullptr;
+    for (const auto& layer : layers) {
+        if (!layer || layer->is_hidden()) continue;
+        boxes_layer* cleared = nullptr;
+        if (only_current && layer != current) cleared = dynamic_cast<boxes_layer*>(layer.get());
+        {
+            draw_boxes_switch switch_off(cleared);
+            layer->build_frame(context, report);
         }
+        if (failed) return false;
     }
+    return true;
+}
 
-    const file::path request = save_request_path;
-    const bool saving = !request.empty();
-    if (!any_changed && !saving && composite_image && !composite_image->isNull()) return false;
-
-    const string extension = request.final_extension_lower();
-    const frame_file_kind kind = saving ? frame_file_kind_for(extension) : frame_file_kind::none;
-    std::unique_ptr<PSDSaver> psd;
-    if (kind == frame_file_kind::psd) psd = std::make_unique<PSDSaver>();
-
+bool Global::fit_composite_to_raster() {
     // The composite keeps its identity for the life of the workspace; only
     // its pixels are replaced when the raster changes size.
     const int W = std::max(get_paper_width(), 1);
@@ -108,8 +125,8 @@ bool Global::defer_build_frame(bool main, nano2d::context* context) {
         image fresh;
         if (image_size_allowed(W, H)) fresh = image(W, H, image_format);
         if (fresh.isNull()) {
-            report("Offscreen allocated nullptr.");
-            return stop_after_failure();
+            show_error("Offscreen allocated nullptr.");
+            return false;
         }
         if (composite_image)
             *composite_image = std::move(fresh);
@@ -117,96 +134,96 @@ bool Global::defer_build_frame(bool main, nano2d::context* context) {
             composite_image = std::make_shared<image>(std::move(fresh));
     }
     composite_image->fill(Qt::transparent);
-
-    {
-        nano2d::context* frame = context;
-        OffscreenDraw draw(frame, composite_image.get());
-        const pointer_array<app_layer> stack =
-            m_project ? m_project->layers : pointer_array<app_layer>();
-        for (const auto& layer : stack) {
-            if (!layer || layer->is_hidden()) continue;
-            const enum_layer type = layer->get_layer_type();
-            if (type != e_layer_boxes && type != e_layer_image) continue;
-            const pointer<image> offscreen = layer->get_offscreen();
-            if (!offscreen) continue;
-            const ImageWrap* wrap = layer->get_nano2d_image(frame);
-            const long long ox = layer->get_offset_x(), oy = layer->get_offset_y();
-            const long long w = layer->get_full_width(), h = layer->get_full_height();
-            if (psd) psd->add_layer(layer);
-            // A layer reaching the raster's right or bottom edge exactly
-            // loses its last column or row: that is how frames have always
-            // been cut.
-            const long long drawn_w = w + ox < W ? w : std::max<long long>(W - ox - 1, 1);
-            const long long drawn_h = h + oy < H ? h : std::max<long long>(H - oy - 1, 1);
-            const nano2d::paint p =
-                frame->image_pattern(wrap->handle, float(ox), float(oy), float(offscreen->width()),
-                                     float(offscreen->height()), 0.0f, 1.0f);
-            frame->begin_path();
-            frame->rectangle(float(ox), float(oy), float(drawn_w), float(drawn_h));
-            frame->fill_paint(p);
-            frame->fill();
-        }
-
-        if (raster_label_enabled) {
-            const bool at_right = (long long)raster_label_x + raster_label_width == W;
-            const bool at_bottom = (long long)raster_label_y + raster_label_height == H;
-            string_array lines;
-            get_raster_label_lines(lines);
-            frame->font_size(std::max(float(raster_label_font_size), 1.0f));
-            frame->font_face("sans");
-            float widest = 0.0f, line_height = 0.0f;
-            frame->measure_lines(lines, widest, line_height);
-            const float width = widest + 20.0f;
-            const float height = line_height * float(lines.size()) + 20.0f;
-            raster_label_width = int(width);
-            raster_label_height = int(height);
-            // A label docked to an edge stays docked when it or the raster
-            // changes size.
-            if (at_right) raster_label_x = W - raster_label_width;
-            if (at_bottom) raster_label_y = H - raster_label_height;
-            if (at_right || at_bottom) m_host->raster_label_settings_to_palette(*this);
-            const float x = float(raster_label_x), y = float(raster_label_y);
-            frame->begin_path();
-            frame->rectangle(x, y, width, height);
-            frame->fill_color(color::color::from_word(0x7f000000));
-            frame->fill();
-            frame->text_align(nano2d::align_center | nano2d::align_middle);
-            frame->fill_color(color::opaque_white);
-            frame->stroke_color(color::opaque_white);
-            for (std::size_t i = 0; i < lines.size(); ++i) {
-                if (lines[i].empty()) continue;
-                frame->text(lines[i], x + width * 0.5f,
-                            y + line_height * 0.5f + 10.0f + float(i) * line_height);
-            }
-        }
-    }
-    frame_image_wrap.setData(context, composite_image.get());
-    ++m_frame_generation;
-
-    if (saving) {
-        const image& frame = *composite_image;
-        if (kind == frame_file_kind::psd) {
-            // PSD channels carry colours as drawn: straight alpha, top row first.
-            const QImage straight = frame.convertToFormat(QImage::Format_RGBA8888);
-            m_last_save_ok = !straight.isNull() &&
-                             psd->savePSD(straight.constBits(), straight.width(), straight.height(),
-                                          int(straight.bytesPerLine()), request);
-            if (!m_last_save_ok)
-                m_last_write_error = psd->last_error().empty() ? "the PSD file could not be written"
-                                                               : psd->last_error();
-        } else if (kind == frame_file_kind::none) {
-            m_last_save_ok = false;
-            m_last_write_error = "no image type for the extension \"" + extension + "\"";
-        } else {
-            string error;
-            m_last_save_ok =
-                write_frame_image(frame, kind, black_background, request.string(), &error);
-            if (!m_last_save_ok) m_last_write_error = error;
-        }
-        // The request is gone whether the writer managed or not.
-        save_request_path = file::path();
-    }
     return true;
+}
+
+void Global::stack_layers_into_composite(nano2d::context* frame, PSDSaver* psd) {
+    const int W = std::max(get_paper_width(), 1);
+    const int H = std::max(get_paper_height(), 1);
+    const pointer_array<app_layer> stack =
+        m_project ? m_project->layers : pointer_array<app_layer>();
+    for (const auto& layer : stack) {
+        if (!layer || layer->is_hidden()) continue;
+        const enum_layer type = layer->get_layer_type();
+        if (type != e_layer_boxes && type != e_layer_image) continue;
+        const pointer<image> offscreen = layer->get_offscreen();
+        if (!offscreen) continue;
+        const ImageWrap* wrap = layer->get_nano2d_image(frame);
+        const long long ox = layer->get_offset_x(), oy = layer->get_offset_y();
+        const long long w = layer->get_full_width(), h = layer->get_full_height();
+        if (psd) psd->add_layer(layer);
+        // A layer reaching the raster's right or bottom edge exactly
+        // loses its last column or row: that is how frames have always
+        // been cut.
+        const long long drawn_w = w + ox < W ? w : std::max<long long>(W - ox - 1, 1);
+        const long long drawn_h = h + oy < H ? h : std::max<long long>(H - oy - 1, 1);
+        const nano2d::paint p =
+            frame->image_pattern(wrap->handle, float(ox), float(oy), float(offscreen->width()),
+                                 float(offscreen->height()), 0.0f, 1.0f);
+        frame->begin_path();
+        frame->rectangle(float(ox), float(oy), float(drawn_w), float(drawn_h));
+        frame->fill_paint(p);
+        frame->fill();
+    }
+}
+
+void Global::draw_raster_label(nano2d::context* frame) {
+    const int W = std::max(get_paper_width(), 1);
+    const int H = std::max(get_paper_height(), 1);
+    const bool at_right = (long long)raster_label_x + raster_label_width == W;
+    const bool at_bottom = (long long)raster_label_y + raster_label_height == H;
+    string_array lines;
+    get_raster_label_lines(lines);
+    frame->font_size(std::max(float(raster_label_font_size), 1.0f));
+    frame->font_face("sans");
+    float widest = 0.0f, line_height = 0.0f;
+    frame->measure_lines(lines, widest, line_height);
+    const float width = widest + 20.0f;
+    const float height = line_height * float(lines.size()) + 20.0f;
+    raster_label_width = int(width);
+    raster_label_height = int(height);
+    // A label docked to an edge stays docked when it or the raster
+    // changes size.
+    if (at_right) raster_label_x = W - raster_label_width;
+    if (at_bottom) raster_label_y = H - raster_label_height;
+    if (at_right || at_bottom) m_host->raster_label_settings_to_palette(*this);
+    const float x = float(raster_label_x), y = float(raster_label_y);
+    frame->begin_path();
+    frame->rectangle(x, y, width, height);
+    frame->fill_color(color::color::from_word(0x7f000000));
+    frame->fill();
+    frame->text_align(nano2d::align_center | nano2d::align_middle);
+    frame->fill_color(color::opaque_white);
+    frame->stroke_color(color::opaque_white);
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+        if (lines[i].empty()) continue;
+        frame->text(lines[i], x + width * 0.5f,
+                    y + line_height * 0.5f + 10.0f + float(i) * line_height);
+    }
+}
+
+void Global::write_frame_file(const file::path& request, frame_file_kind kind, PSDSaver* psd) {
+    const image& frame = *composite_image;
+    if (kind == frame_file_kind::psd) {
+        // PSD channels carry colours as drawn: straight alpha, top row first.
+        const QImage straight = frame.convertToFormat(QImage::Format_RGBA8888);
+        m_last_save_ok = !straight.isNull() &&
+                         psd->savePSD(straight.constBits(), straight.width(), straight.height(),
+                                      int(straight.bytesPerLine()), request);
+        if (!m_last_save_ok)
+            m_last_write_error = psd->last_error().empty() ? "the PSD file could not be written"
+                                                           : psd->last_error();
+    } else if (kind == frame_file_kind::none) {
+        m_last_save_ok = false;
+        m_last_write_error =
+            "no image type for the extension \"" + request.final_extension_lower() + "\"";
+    } else {
+        string error;
+        m_last_save_ok = write_frame_image(frame, kind, black_background, request.string(), &error);
+        if (!m_last_save_ok) m_last_write_error = error;
+    }
+    // The request is gone whether the writer managed or not.
+    save_request_path = file::path();
 }
 
 } // namespace Vantora_TesserinePro

@@ -46,28 +46,6 @@ struct screen_test : window_test {
 
 } // namespace
 
-TEST_F(screen_test, WidgetsStandWhereTheWindowSizePutsThem) {
-    start();
-    for (QSize size : {QSize(1280, 800), QSize(900, 600)}) {
-        screen->resize(size);
-        const int w = size.width(), h = size.height();
-        EXPECT_EQ(place_of(screen->top_menu()), QRect(0, 0, w, 20));
-        EXPECT_EQ(place_of(screen->top_panel()), QRect(0, 20, w, 40));
-        EXPECT_EQ(place_of(screen->right_panel()), QRect(w - 280, 60, 280, h - 60));
-        // The canvas runs under the right panel, 10 pixels below the strip.
-        EXPECT_EQ(place_of(canvas), QRect(0, 70, w, h - 70));
-    }
-    // The same size again assigns nothing.
-    std::ostringstream trace;
-    set_debug_out(&trace);
-    screen->resize_elements_to_window_size(900, 600);
-    set_debug_out(nullptr);
-    EXPECT_EQ(trace.str(), "top menu replacement redraw optimized out\n"
-                           "top panel replacement redraw optimized out\n"
-                           "right panel replacement redraw optimized out\n"
-                           "main impact replacement redraw optimized out\n");
-}
-
 TEST_F(screen_test, PaletteLayoutFile) {
     start();
     // No file: the default places, every palette stored as shown.

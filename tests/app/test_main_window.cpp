@@ -86,26 +86,6 @@ TEST_F(startup, SettingsRectangleRules) {
     EXPECT_EQ(window->geometry(), QRect(100, 50, 800, 600));
 }
 
-TEST_F(startup, MovesAndResizesAreSavedOnlyOnceTheWindowIsCreated) {
-    application probe;
-    main_window early(&probe);
-    early.move(10, 10);
-    early.resize(500, 400);
-    QCoreApplication::processEvents();
-    EXPECT_FALSE(QFile::exists(QString::fromStdString(settings().string())));
-
-    start();
-    window->setGeometry(120, 80, 900, 700);
-    QJsonObject saved;
-    ASSERT_TRUE(wait_until([&] {
-        return read_settings_object(settings(), saved) &&
-               saved.value("main_window_left").toInt() == 120;
-    }));
-    EXPECT_EQ(saved.value("main_window_top").toInt(), 80);
-    EXPECT_EQ(saved.value("main_window_right").toInt(), 1020);
-    EXPECT_EQ(saved.value("main_window_bottom").toInt(), 780);
-}
-
 TEST_F(startup, FileRequestsOpenAProjectOrFallBackOnANewWorkspace) {
     // A project of two layers whose top one was current when it was saved.
     {

@@ -103,6 +103,9 @@ TEST_F(editing, ShiftMovesAScreenLayerAndSnapsStrictlyAt20) {
     // The right raster edge: 1920 - 1024 = 896.
     drag(at(600, 400), at(600, 400) + QPoint(444, 0), Qt::ShiftModifier); // to 888
     EXPECT_EQ(screen_layer->get_offset_x(), 896);
+    // The bottom edge: 1080 - 640 = 440, from 436.
+    drag(at(1000, 400), at(1000, 400) + QPoint(0, 43), Qt::ShiftModifier);
+    EXPECT_EQ(screen_layer->get_offset_y(), 440);
 }
 
 TEST_F(editing, TheRasterWinsAnAxisANeighbourTheOtherHiddenOnesCount) {
@@ -123,6 +126,10 @@ TEST_F(editing, TheRasterWinsAnAxisANeighbourTheOtherHiddenOnesCount) {
     other->set_offset_x(-1000);
     drag(at(100, 400), at(100, 400) + QPoint(15, 0), Qt::ShiftModifier);
     EXPECT_EQ(screen_layer->get_offset_x(), 0); // the raster before the neighbour
+    // Right edge on the neighbour's left edge: to 480, 4 short of 1500.
+    other->set_offset_x(1500);
+    drag(at(100, 400), at(100, 400) + QPoint(480, 0), Qt::ShiftModifier);
+    EXPECT_EQ(screen_layer->get_offset_x(), 476);
 }
 
 TEST_F(editing, TheGroupsApplyPerLayerType) {

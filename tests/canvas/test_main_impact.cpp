@@ -266,24 +266,6 @@ TEST_F(canvas_test, AnImageExportIsWrittenByTheNextPaint) {
     EXPECT_EQ(QImage(QString::fromStdString(out)).size(), QSize(1920, 1080));
 }
 
-TEST_F(canvas_test, ImageHandlesOfGoneLayersAreGivenBack) {
-    auto handles = [&] { return canvas->drawing_context().get_font_sink()->image_count(); };
-    canvas_pixels();
-    const std::size_t steady = handles();
-    for (int i = 0; i < 5; ++i) {
-        auto extra = global->new_boxes_layer();
-        extra->Columns = 2 + i; // a new size each time
-        canvas_pixels();
-        global->set_current_layer_index(0);
-        global->delete_current_layer();
-        canvas_pixels();
-    }
-    layer->Columns = 3;
-    layer->set_changed();
-    canvas_pixels();
-    EXPECT_EQ(handles(), steady);
-}
-
 TEST_F(canvas_test, AnOpenedProjectShowsTheFrameTheCommandLineBuilds) {
     layer->DrawSnake = 1;
     layer->set_changed();

@@ -71,16 +71,6 @@ TEST_F(custom_path, NoLimitNoFailureAndExcludedCabinetsStay) {
               "(0,0)S (1,0) (2,0) (3,0) (3,1) (2,1) (1,1) (0,1)E (0,2)S (1,2) (2,2) (3,2)E");
 }
 
-TEST_F(custom_path, IdsOffTheGridStillGiveABox) {
-    layer->CustomPath = {{box_id(10, 20), box_id(0xFFFF, 0xFFFF)}};
-    const Snake::route r = Snake::make_route(*layer);
-    ASSERT_EQ(r.size(), 2u);
-    EXPECT_EQ(std::make_tuple(r[0].column, r[0].row, r[0].x0, r[0].y0, r[0].x1, r[0].y1),
-              std::make_tuple(10u, 20u, 100.0f, 200.0f, 110.0f, 210.0f));
-    EXPECT_EQ(r[1].column, 0xFFFFu);
-    EXPECT_EQ(r[1].x0, 655350.0f);
-}
-
 TEST_F(custom_path, RectanglesAreTheWalksWithHalfLines) {
     path all(1);
     for (std::uint32_t c = 0; c < 4; ++c)
@@ -136,22 +126,6 @@ TEST_F(custom_path, RemoveDeletesTheEntryAndAnEmptiedRun) {
     EXPECT_TRUE(layer->CustomPath.empty());
 }
 
-TEST_F(custom_path, ClicksOnEdgesAndOutsideHitNothing) {
-    forget_changes();
-    for (auto [x, y] :
-         {std::pair{10.0f, 5.0f}, {5.0f, 10.0f}, {-1.0f, 5.0f}, {45.0f, 5.0f}, {0.0f, 0.0f}})
-        layer->trigger_for_override_path(x, y, false);
-    EXPECT_TRUE(layer->CustomPath.empty());
-    EXPECT_FALSE(layer->has_changed());
-    layer->trigger_for_override_path(10.5f, 0.5f, false);
-    EXPECT_EQ(layer->CustomPath, (path{{box_id(1, 0)}}));
-    // A half column moves the targets: column 0 is 0..5, column 1 5..15.
-    layer->CustomPath.clear();
-    layer->HalfColumns.set(0);
-    layer->trigger_for_override_path(7, 5, false);
-    EXPECT_EQ(layer->CustomPath, (path{{box_id(1, 0)}}));
-}
-
 TEST_F(custom_path, SpaceKeyClosesARunOfAtLeastTwo) {
     forget_changes();
     layer->on_space_key(); // empty path
@@ -203,36 +177,4 @@ TEST_F(custom_path, Text) {
         for (std::uint32_t id : run)
             EXPECT_NE(id, 0u);
     EXPECT_EQ(layer->CustomPath.back(), (std::vector<std::uint32_t>{3}));
-}
-
-TEST_F(custom_path, ReadingReplacesThePathWithoutAChangeAndClicksFillItsOpenRun) {
-    layer->CustomPath = {{5, 6, 7}};
-    forget_changes();
-    layer->set_custom_path_string("0,65536|");
-    EXPECT_EQ(layer->CustomPath, (path{{0, 65536}, {}}));
-    expect_unchanged();
-    click(3, 2);
-    EXPECT_EQ(layer->CustomPath, (path{{box_id(0, 0), box_id(1, 0)}, {box_id(3, 2)}}));
-}
-
-TEST_F(custom_path, RoundTrips) {
-    for (const path& p :
-         {path{}, path{{0}}, path{{0, 65536}, {65538}},
-          path{{box_id(3, 2), box_id(2, 2)}, {box_id(0, 0)}, {}}, path{{1}, {}, {2}, {3, 4, 5}},
-          path{{0xFFFF0000u, 0x7FFFFFFFu}}, path{{box_id(0x8000, 1), 0xFFFFFFFFu}}}) {
-        layer->CustomPath = p;
-        const std::string text = layer->get_custom_path_string();
-        layer->set_custom_path_string(text);
-        EXPECT_EQ(layer->CustomPath, p) << text;
-        EXPECT_EQ(layer->get_custom_path_string(), text);
-    }
-}
-
-TEST_F(custom_path, TextGoesThroughTheLayerRecord) {
-    layer->CustomPath = {{box_id(0, 0), box_id(1, 0)}, {}};
-    const std::string info = layer->get_layer_info();
-    EXPECT_NE(info.find("CustomPath:0,65536|\n"), std::string::npos) << info;
-    auto copy = screen_layer(global);
-    copy->apply_layer_info(info);
-    EXPECT_EQ(copy->CustomPath, layer->CustomPath);
 }

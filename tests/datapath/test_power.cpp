@@ -62,14 +62,3 @@ TEST_F(power, ZeroVoltsOrPhasesGiveInfinityWithoutFailure) {
     layer->PowerWatts = 0;
     EXPECT_TRUE(std::isnan(layer->calculate_power()));
 }
-
-TEST_F(power, NoCabinetsNoAmperes) {
-    layer->Columns = 0;
-    EXPECT_EQ(layer->calculate_power(), 0.0f);
-    layer->Columns = 1;
-    layer->Rows = 1;
-    layer->switch_all_exclude_boxes();
-    EXPECT_EQ(layer->calculate_power(), 0.0f);
-    layer->SkipBlankBoxes = 0;
-    EXPECT_GT(layer->calculate_power(), 0.0f);
-}

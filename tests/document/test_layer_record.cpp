@@ -52,41 +52,6 @@ TEST_F(layers, RecordReadingRules) {
     EXPECT_EQ(layer->get_custom_path_string(), "");
 }
 
-TEST_F(layers, RepeatedHiddenRaisesNoMarkButTheEndDoes) {
-    auto layer = image();
-    layer->clear_changed();
-    layer->apply_layer_info("");
-    EXPECT_TRUE(layer->has_changed()); // raised once at the end, even for nothing
-    layer->apply_layer_info("Hidden:0");
-    EXPECT_TRUE(layer->has_changed());
-    EXPECT_FALSE(layer->has_changed());
-}
-
-TEST_F(layers, ImageResizeKeepsAspect) {
-    auto layer = image();
-    layer->aspect_ratio = 2.0f;
-    layer->set_width(100);
-    EXPECT_EQ(layer->get_height(), 50);
-    layer->set_height(100);
-    EXPECT_EQ(layer->get_width(), 200);
-    layer->setMaintainAspectRatio(false);
-    layer->set_width(7);
-    EXPECT_EQ(layer->get_height(), 100);
-}
-
-TEST_F(layers, NewImageStartsAsASquareOfThePictureHeight) {
-    // The adding order: set_width(W), set_height(H), set_image.
-    auto layer = image();
-    auto pic = std::make_shared<QImage>(40, 10, QImage::Format_ARGB32);
-    layer->set_width(40);
-    layer->set_height(10);
-    layer->set_image(pic);
-    EXPECT_EQ(layer->get_width(), 10);
-    EXPECT_EQ(layer->get_height(), 10);
-    EXPECT_FLOAT_EQ(layer->aspect_ratio, 4.0f);
-    EXPECT_EQ(layer->get_real_width(), 40);
-}
-
 TEST_F(layers, DataDecodesAndEncodesLosslessly) {
     auto layer = image();
     const std::string hex = png_hex(3, 2, qRgba(200, 100, 50, 128));
@@ -108,46 +73,6 @@ TEST_F(layers, DataDecodesAndEncodesLosslessly) {
         c = char(std::tolower(c));
     lower->load_from_hex_data(lower_hex);
     EXPECT_NE(lower->get_image(), nullptr);
-}
-
-TEST_F(layers, UndecodableDataDropsThePictureAndSize) {
-    auto layer = image();
-    layer->apply_layer_info("Width:30\nHeight:20\nData:00112233445566778899\n");
-    EXPECT_EQ(layer->get_image(), nullptr);
-    EXPECT_EQ(layer->get_width(), 0);
-    auto empty = image();
-    empty->apply_layer_info("Width:30\nHeight:20\nData:\n");
-    EXPECT_EQ(empty->get_width(), 30); // empty data keeps the size
-    EXPECT_EQ(empty->getImageAsHex(), "");
-}
-
-TEST_F(layers, LoadFromFileThrowsOnNonPictures) {
-    try {
-        image()->load_from_file("/nonexistent.png");
-        ADD_FAILURE() << "no failure";
-    } catch (const std::runtime_error& e) {
-        EXPECT_STREQ(e.what(), "image failed to load");
-    }
-}
-
-TEST_F(layers, CloneOfLogoIsAPlainLayerNamedLogo) {
-    auto logo = image();
-    logo->is_logo = true;
-    logo->set_offset_x(9);
-    auto copy = logo->clone();
-    EXPECT_FALSE(copy->is_logo);
-    EXPECT_EQ(copy->get_stored_name(), "Logo");
-    EXPECT_EQ(copy->get_offset_x(), 9);
-}
-
-TEST_F(layers, TgaPicturesDecode) {
-    // A 2x1 uncompressed 32-bit TGA, bottom-up.
-    const unsigned char tga[] = {0, 0, 2, 0,  0, 0,  0,  0,  0,   0,  0,  0,  2,
-                                 0, 1, 0, 32, 8, 10, 20, 30, 255, 40, 50, 60, 255};
-    auto img = decode_image(QByteArray(reinterpret_cast<const char*>(tga), sizeof tga));
-    ASSERT_NE(img, nullptr);
-    EXPECT_EQ(img->width(), 2);
-    EXPECT_EQ(img->pixel(0, 0), qRgba(30, 20, 10, 255));
 }
 
 TEST_F(layers, PhotographsOverQtsDefaultDecodingCapReadBack) {

@@ -46,19 +46,6 @@ TEST_F(screen, WalkOrderRowsThenColumns) {
                                              {10, 5, 20, 10, 1, 1}}));
 }
 
-TEST_F(screen, WalkStopsWhenAsked) {
-    int visits = 0;
-    EXPECT_TRUE(layer->for_each_box(
-        [&](float, float, float, float, unsigned short, unsigned short) { return ++visits == 3; },
-        false));
-    EXPECT_EQ(visits, 3);
-    layer->Rows = 0;
-    EXPECT_TRUE(walk(false).empty());
-    layer->Rows = 3;
-    layer->Columns = 0;
-    EXPECT_TRUE(walk(false).empty());
-}
-
 TEST_F(screen, HalfColumnsAndRows) {
     // Bit 0, the half first column: 0..64, 64..192, and the last ends at 960.
     layer->HalfColumns.set(0);
@@ -84,14 +71,6 @@ TEST_F(screen, HalfColumnsAndRows) {
     EXPECT_FLOAT_EQ(std::get<2>(cells[0]) - std::get<0>(cells[0]), 64.5f);
 }
 
-TEST_F(screen, DegenerateSizesStayInRange) {
-    layer->Columns = -3;
-    EXPECT_EQ(layer->get_full_width(), 0);
-    layer->Columns = 65535;
-    layer->Width = 65535;
-    EXPECT_GT(layer->get_full_width(), 0);
-}
-
 TEST_F(screen, HitTestIsStrictAndIncludesExcluded) {
     layer->Columns = 3;
     layer->Rows = 2;
@@ -112,34 +91,6 @@ TEST_F(screen, ExclusionToggleAndEdges) {
     EXPECT_TRUE(layer->trigger_for_exclude_boxes(130.0f, 10.0f)); // back in
     EXPECT_TRUE(layer->ExcludeBoxes.empty());
     EXPECT_FALSE(layer->trigger_for_exclude_boxes(-5.0f, 10.0f));
-}
-
-TEST_F(screen, SwitchAllExcludesOrClears) {
-    layer->Columns = 2;
-    layer->Rows = 2;
-    layer->ExcludeBoxes.add(box_id(1, 1));
-    layer->switch_all_exclude_boxes();
-    // Column by column, top to bottom; iteration is newest first.
-    EXPECT_EQ(excluded(),
-              (std::vector<std::uint32_t>{box_id(1, 1), box_id(1, 0), box_id(0, 1), box_id(0, 0)}));
-    layer->switch_all_exclude_boxes();
-    EXPECT_TRUE(layer->ExcludeBoxes.empty());
-}
-
-TEST_F(screen, ExcludeSetIteratesNewestFirst) {
-    exclude_boxes_set set;
-    set.add(5);
-    set.add(9);
-    set.add(2);
-    EXPECT_FALSE(set.add(9));
-    set.remove(9);
-    set.add(9);
-    EXPECT_EQ(std::vector<std::uint32_t>(set.begin(), set.end()),
-              (std::vector<std::uint32_t>{9, 2, 5}));
-    exclude_boxes_set copy = set;
-    EXPECT_EQ(std::vector<std::uint32_t>(copy.begin(), copy.end()),
-              (std::vector<std::uint32_t>{9, 2, 5}));
-    EXPECT_TRUE(copy.contains(2));
 }
 
 TEST_F(screen, HalfPairKeepsOnePerPair) {
@@ -177,27 +128,4 @@ TEST_F(screen, BoxColorWithIdUsesTheOldDigitRule) {
     layer->set_box_color_with_id(0, "FF0000");
     EXPECT_EQ(layer->BoxColors[0].red, 0x55);
     EXPECT_THROW(layer->set_box_color_with_id(0, "GG0000"), std::exception);
-}
-
-TEST_F(screen, FontSizeAssignmentKeepsTheNormaliser) {
-    BoxesLayerDescription other;
-    other.LabelFontSize = BoxesLayerDescription::FontSize(2); // identity normaliser
-    EXPECT_EQ(other.LabelFontSize.get(), 5);
-}
-
-TEST_F(screen, CornerBits) {
-    EXPECT_TRUE(layer->is_corner_label_on(corner_top_left));
-    layer->switch_corner_label(corner_bottom_right, true);
-    layer->toggle_corner_label(corner_top_left);
-    EXPECT_EQ(layer->CornersMode, 8);
-}
-
-TEST_F(screen, ApplyDefaultsShowsGridAndCircleButNoPath) {
-    layer->CornersMode = 4;
-    layer->apply_defaults();
-    EXPECT_EQ(layer->DrawGrid, 1);
-    EXPECT_EQ(layer->DrawCircle, 1);
-    EXPECT_EQ(layer->DrawSnake, 0);
-    EXPECT_EQ(layer->CornersMode, 5);
-    EXPECT_TRUE(layer->BoxColors.empty()); // colours are default_colors' job
 }

@@ -22,18 +22,6 @@ struct workspace : workspace_test {
 
 } // namespace
 
-TEST_F(workspace, PaperSizeClampsOnReadOnly) {
-    global.set_paper_width(0);
-    EXPECT_EQ(global.get_paper_width(), 1);
-    EXPECT_EQ(global.paper_width, 0); // kept as stored
-    global.set_paper_width(1);
-    EXPECT_EQ(global.get_paper_width(), 1);
-    global.set_paper_height(-7);
-    EXPECT_EQ(global.get_paper_height(), 1);
-    global.set_paper_height(2);
-    EXPECT_EQ(global.get_paper_height(), 2);
-}
-
 TEST_F(workspace, SelectionRules) {
     global.set_current_layer_index(-1); // accepted in an empty stack
     EXPECT_EQ(global.get_current_layer_id(), -1);
@@ -52,18 +40,6 @@ TEST_F(workspace, SelectionRules) {
 
     EXPECT_NE(global.current_boxes_layer(), nullptr);
     EXPECT_EQ(global.current_image_layer(), nullptr);
-}
-
-TEST_F(workspace, InsertAtMinusOneAppendsAndSelects) {
-    add("A", -1);
-    EXPECT_EQ(global.get_current_layer_id(), 0);
-    add("B", -1);
-    add("C", 0);
-    EXPECT_EQ(names(), (std::vector<std::string>{"C", "A", "B"}));
-    EXPECT_EQ(global.get_current_layer_id(), 0);
-    EXPECT_EQ(host.selections, (std::vector<long long>{0, 1, 0}));
-    global.insert_layer_at(nullptr, 0); // nothing
-    EXPECT_EQ(global.get_layers_count(), 3);
 }
 
 TEST_F(workspace, NewLayersGoToTheBottomWithDefaults) {
@@ -126,21 +102,6 @@ TEST_F(workspace, DeletingSelectsTheNewTopAndTheOnlyLayerLeavesMinusOne) {
     EXPECT_EQ(global.get_current_layer_id(), -1);
 }
 
-TEST_F(workspace, CloneNamesIgnoreCaseAndRunOut) {
-    EXPECT_EQ(global.clone_current_layer(), nullptr); // no current layer
-    add("screen10");
-    add("Screen9");
-    global.set_current_layer_index(1);
-    auto copy = global.clone_current_layer();
-    ASSERT_NE(copy, nullptr);
-    EXPECT_EQ(copy->get_name(), "Screen11");
-    EXPECT_EQ(global.get_layer(0), copy); // clones go to the bottom
-
-    add("Screen1000");
-    global.set_current_layer_index(global.get_layers_count() - 1);
-    EXPECT_EQ(global.clone_current_layer()->get_name(), "");
-}
-
 TEST_F(workspace, CloneOfScreenCopiesDescriptionButNotPlacement) {
     auto layer = add("Wall");
     layer->Columns = 3;
@@ -159,18 +120,6 @@ TEST_F(workspace, CloneOfScreenCopiesDescriptionButNotPlacement) {
     EXPECT_EQ(copy->get_name(), "Wall");
 }
 
-TEST_F(workspace, SetChangedRaisesFlagAndPostsRedraw) {
-    global.changed = 0;
-    int before = host.canvas_redraws;
-    auto layer = add("A");
-    global.changed = 0;
-    layer->set_offset_y(3);
-    EXPECT_TRUE(global.is_changed());
-    EXPECT_GT(host.canvas_redraws, before);
-    EXPECT_TRUE(layer->has_changed());
-    EXPECT_FALSE(layer->has_changed()); // reading consumes
-}
-
 TEST_F(workspace, LogoLayerIsMadeOnceAtTheBottom) {
     add("A");
     auto logo = global.get_logo_layer();
@@ -182,22 +131,4 @@ TEST_F(workspace, LogoLayerIsMadeOnceAtTheBottom) {
     logo->set_name("Other");
     EXPECT_EQ(logo->get_name(), "Logo");
     EXPECT_EQ(logo->get_stored_name(), "Other");
-}
-
-TEST_F(workspace, LogoFromAPathThatIsNoPictureShowsTheError) {
-    global.set_logo_from_path(file::path("/nonexistent/logo.png"));
-    EXPECT_EQ(host.errors, (std::vector<std::string>{"Error loading image."}));
-    EXPECT_EQ(global.get_layers_count(), 0);
-    global.set_logo_from_path(file::path()); // cancelled: nothing
-    EXPECT_EQ(host.errors.size(), 1u);
-}
-
-TEST_F(workspace, SetLogoAsksForAnImageToOpen) {
-    host.answer = "";
-    global.setLogoLayer();
-    ASSERT_EQ(host.picks.size(), 1u);
-    EXPECT_FALSE(host.picks[0].save);
-    EXPECT_EQ(host.picks[0].filters, file_dialog_filters());
-    ASSERT_EQ(file_dialog_filters().size(), 4u);
-    EXPECT_EQ(file_dialog_filters()[3], (file::file_dialog_filter{"TGA image", "*.tga"}));
 }

@@ -37,43 +37,6 @@ struct export_commands : workspace_test {
 
 } // namespace
 
-TEST_F(export_commands, DialogFilters) {
-    const struct {
-        command c;
-        filters offered;
-        bool save;
-    } cases[] = {
-        {&Global::open_project_button, {{"tsrx Project File", "*.tsrx"}}, false},
-        {&Global::save_project_button, {{"tsrx", "tsrx file"}}, true},
-        {&Global::open_presets_button, {{"Tsrx Presets File", "*.tsrx_presets"}}, false},
-        {&Global::save_presets_button, {{"Tsrx Presets File", "*.tsrx_presets"}}, true},
-        {&Global::save_image_button,
-         {{"png", "PNG Image"},
-          {"tga", "TGA Image"},
-          {"jpg", "JPG Image"},
-          {"bmp", "BMP Image"},
-          {"psd", "Photoshop Image"}},
-         true},
-        {&Global::save_png_button, {{"png", "PNG Image"}}, true},
-        {&Global::save_psd_button, {{"psd", "PSD Document"}}, true},
-        {&Global::layers_to_xml, {{"xml", "Resolute Arena XML Document"}}, true},
-    };
-    global.changed = 0;
-    const int canvas = host.canvas_redraws, window = host.window_redraws;
-    for (const auto& c : cases) {
-        host.picks.clear();
-        EXPECT_EQ(target(c.c, ""), ""); // cancelled: nothing happens
-        ASSERT_EQ(host.picks.size(), 1u);
-        EXPECT_EQ(host.picks[0].filters, c.offered);
-        EXPECT_EQ(host.picks[0].save, c.save);
-    }
-    EXPECT_EQ(host.canvas_redraws, canvas);
-    EXPECT_EQ(host.window_redraws, window);
-    EXPECT_EQ(host.reloads, 0);
-    EXPECT_FALSE(global.is_changed());
-    EXPECT_EQ(layer_names(global), std::vector<std::string>{"Wall"});
-}
-
 TEST_F(export_commands, ExtensionRules) {
     // Extensions are the text after the first dot of the last path
     // component, a leading dot aside; a dot in a folder name is none.
@@ -107,16 +70,4 @@ TEST_F(export_commands, ResolumeExportWritesAtOnce) {
     EXPECT_NE(read_file((dir.path() + "/wall.xml").toStdString()).find("value=\"Wall\""),
               std::string::npos);
     EXPECT_FALSE(global.is_changed()); // the stack is not touched
-}
-
-TEST_F(export_commands, OpenCommandsReadWhatTheSaveCommandsWrote) {
-    host.answer = (dir.path() + "/show").toStdString();
-    global.save_project_button();
-    global.save_presets_button();
-    global.current_project()->get_layers().clear();
-    global.open_project_button(); // the label record ends a project file's passes
-    EXPECT_EQ(layer_names(global), std::vector<std::string>{"Wall"});
-    global.get_presets().clear();
-    global.open_presets_button();
-    EXPECT_EQ(global.get_presets_count(), 1);
 }

@@ -41,30 +41,6 @@ struct degenerate : Vantora_TesserinePro::testing::workspace_test {
 
 } // namespace
 
-TEST_F(degenerate, EmptyAndNegativeGridsDrawAndRouteNothing) {
-    for (auto [columns, rows] :
-         {std::pair{0, 5}, std::pair{8, 0}, std::pair{-3, 5}, std::pair{8, -1}}) {
-        layer->Columns = columns;
-        layer->Rows = rows;
-        SCOPED_TRACE(std::to_string(columns) + "x" + std::to_string(rows));
-        EXPECT_EQ(layer->get_full_width() * layer->get_full_height(), 0);
-        EXPECT_EQ(route_outcome(), "0");
-        EXPECT_TRUE(paint().empty());
-        EXPECT_EQ(global.get_composite_image()->size(), QSize(640, 480));
-    }
-}
-
-TEST_F(degenerate, CabinetsOfNoOrNegativeSize) {
-    for (int size : {0, -128}) {
-        layer->Width = size;
-        layer->Height = 128;
-        EXPECT_EQ(layer->get_full_width(), 0);
-        EXPECT_TRUE(paint().empty());
-        EXPECT_NO_THROW(route_outcome());
-        EXPECT_NO_THROW(layer->calculate_power());
-    }
-}
-
 TEST_F(degenerate, HugeGridIsRefusedNotAllocated) {
     layer->Columns = 65535;
     layer->Rows = 65535;
@@ -76,26 +52,6 @@ TEST_F(degenerate, HugeGridIsRefusedNotAllocated) {
     // Excluding all of them is refused the same way; the set stays small.
     layer->switch_all_exclude_boxes();
     EXPECT_TRUE(layer->ExcludeBoxes.empty());
-}
-
-TEST_F(degenerate, WideSingleRowStillRoutes) {
-    layer->Columns = 65535;
-    layer->Rows = 1;
-    layer->Width = 1;
-    layer->Height = 1;
-    layer->SnakeLimit = 100;
-    layer->SnakeMode = 0; // one line of all 65535 cabinets
-    EXPECT_EQ(route_outcome(), "Some panels consume more pixels then limit used.");
-    layer->SnakeLimit = -1; // no limit
-    EXPECT_EQ(route_outcome(), "65535");
-    // 65535 pixels wide is beyond any drawing target.
-    EXPECT_EQ(paint(), (std::vector<std::string>{"Offscreen allocated nullptr."}));
-}
-
-TEST_F(degenerate, BothHalfBitsOfAPair) {
-    layer->HalfColumns = std::bitset<4>("1111");
-    EXPECT_TRUE(paint().empty());
-    EXPECT_NO_THROW(route_outcome());
 }
 
 TEST_F(degenerate, PortLimitsOfZeroAndBelow) {

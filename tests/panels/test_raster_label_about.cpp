@@ -91,20 +91,3 @@ TEST_F(raster_label, FillsFromTheWorkspaceAndCopiesBack) {
     EXPECT_EQ(global->raster_label_x, -12);
     EXPECT_EQ(global->raster_label_lines, (string_array{"a", "", "c", ""}));
 }
-
-TEST_F(palette_test, AboutShowsItsTextsAndClosesAtTheNextRefresh) {
-    About* about = screen->about();
-    EXPECT_FALSE(about->isVisible());
-    screen->showAbout();
-    EXPECT_TRUE(about->isVisible());
-    QStringList texts;
-    for (QLabel* label : about->body()->findChildren<QLabel*>())
-        texts << label->text();
-    EXPECT_TRUE(texts.contains("Version 0.1")) << texts.join('|').toStdString();
-    EXPECT_TRUE(texts.contains("User Dir: " + QDir::homePath()));
-    EXPECT_TRUE(texts.contains(
-        QString::fromStdString("Data Dir: " + global->getFolderToSaveData().string())));
-    EXPECT_EQ(about->title(), "About");
-    screen->update_settings_visibility();
-    EXPECT_FALSE(about->isVisible());
-}

@@ -40,36 +40,6 @@ struct widgets : window_test {
 
 } // namespace
 
-TEST_F(widgets, DragModeCountsAMoveOf25SquaredAsAClick) {
-    ClickableWidget item(screen, global);
-    item.setGeometry(600, 300, 100, 40);
-    item.show();
-    item.setUseDrag(true);
-    int clicks = 0;
-    item.set_callback([&] { return ++clicks, true; });
-    press_move_release(&item, QPoint(10, 10), {QPoint(3, 4)}); // 25: a click
-    EXPECT_EQ(clicks, 1);
-    press_move_release(&item, QPoint(10, 10), {QPoint(1, 5)}); // 26: a drag
-    EXPECT_EQ(clicks, 1);
-    EXPECT_EQ(item.pos(), QPoint(600, 300)); // it returns to its place
-}
-
-TEST_F(widgets, PalettesStepAsideWhileAClickableWidgetIsPressed) {
-    ClickableWidget item(screen, global);
-    item.setGeometry(600, 300, 100, 40);
-    item.show();
-    bool shown_during_press = true;
-    item.set_callback([&] { return true; });
-    QTest::mousePress(&item, Qt::LeftButton, Qt::NoModifier, QPoint(5, 5));
-    shown_during_press = screen->settings_boxes()->isVisible();
-    EXPECT_FALSE(global->palettes_shown);
-    EXPECT_FALSE(screen->settings_boxes()->palette_visible());
-    QTest::mouseRelease(&item, Qt::LeftButton, Qt::NoModifier, QPoint(5, 5));
-    EXPECT_FALSE(shown_during_press);
-    EXPECT_TRUE(global->palettes_shown);
-    EXPECT_TRUE(screen->settings_boxes()->isVisible());
-}
-
 TEST_F(widgets, TheCheckBoxTogglesWithSpaceAndShowsItsFocusInRed) {
     CheckboxWithFocus box(screen);
     box.setGeometry(600, 300, 30, 30);
@@ -123,6 +93,10 @@ TEST_F(widgets, TabWalksTheFieldsOfShownPalettesInOrder) {
     EXPECT_EQ(tab(), screen->tab_order().front());
     EXPECT_EQ(tab(true), a2);
     EXPECT_EQ(tab(true), a1);
+    // With no field focused, Tab starts at the first and Shift+Tab at the last.
+    screen->settings_labels()->show();
+    a1->clearFocus();
+    EXPECT_EQ(tab(true), b1);
 }
 
 TEST(expressions, ArithmeticTruncatesToUnsignedAndNonsenseIsZero) {

@@ -33,10 +33,6 @@ struct parameter_text : screen_test {
 
 } // namespace
 
-TEST_F(parameter_text, DefaultTextOfAllKeysInWriterOrder) {
-    EXPECT_TRUE(matches_golden(params(*layer), "screen_created.txt"));
-}
-
 TEST_F(parameter_text, WriterForms) {
     layer->BoxColors = {color::color(255, 0, 0, 255), color::color(0, 0, 255, 0)};
     layer->PhysW = 0.1f; // widened to double before "%f"
@@ -94,26 +90,6 @@ TEST_F(parameter_text, IntegerFailureKeepsDigitsReadAndReportsTwoLines) {
     EXPECT_EQ(parse_errors.str(),
               parse_error("invalid digit 'z' in \"-12z\"", "Rows", "-12z") +
                   parse_error("invalid digit ' ' in \" 7\"", "SnakeLimit", " 7"));
-}
-
-TEST_F(parameter_text, FailureOfOneKeyLeavesTheRestOfTheRecordReading) {
-    layer->apply_layer_info("Columns:5x\nRows:4\nHalfColumns:2\nWidth:64\n");
-    EXPECT_EQ(layer->Columns, 5);
-    EXPECT_EQ(layer->Rows, 4);
-    EXPECT_EQ(layer->Width, 64);
-    EXPECT_EQ(parse_errors.str(),
-              parse_error("invalid digit 'x' in \"5x\"", "Columns", "5x") +
-                  parse_error("bitset string ctor has invalid argument", "HalfColumns", "2"));
-}
-
-TEST_F(parameter_text, RealsNeverFail) {
-    layer->apply_parameter_by_name("PhysW", "abc");
-    EXPECT_EQ(layer->PhysW, 0.0f);
-    layer->apply_parameter_by_name("PhysH", "12.5mm");
-    EXPECT_EQ(layer->PhysH, 12.5f);
-    layer->apply_parameter_by_name("PhysH", "1e2");
-    EXPECT_EQ(layer->PhysH, 100.0f);
-    EXPECT_EQ(parse_errors.str(), "");
 }
 
 TEST_F(parameter_text, HalfColumnsBitString) {
@@ -176,46 +152,6 @@ TEST_F(parameter_text, OldColourFormUsesTheOddDigitRule) {
     EXPECT_EQ(parse_errors.str(), "");
 }
 
-TEST_F(parameter_text, ColourFailuresOfTheFirstStepsGoUp) {
-    EXPECT_THROW(layer->apply_parameter_by_name("BoxColors_1", "GG0000"), parse_failure);
-    EXPECT_THROW(layer->apply_layer_info("Rows:2\nBoxColors:nonsense\nColumns:3\n"),
-                 std::invalid_argument);
-    EXPECT_EQ(layer->Rows, 2);    // read before the failure
-    EXPECT_EQ(layer->Columns, 8); // never reached
-    layer->BoxTintColors.clear();
-    EXPECT_THROW(layer->apply_parameter_by_name("BoxTintColors", "FF0000|bad|00FF00"),
-                 std::invalid_argument);
-    ASSERT_EQ(layer->BoxTintColors.size(), 1u); // the good one before it stays
-    EXPECT_EQ(layer->BoxTintColors[0], color::color(255, 0, 0, 255));
-    EXPECT_EQ(parse_errors.str(), ""); // not reported by the guarded reads
-}
-
-TEST_F(parameter_text, ColourListsAppend) {
-    layer->BoxColors = {color::color(1, 2, 3, 4)};
-    layer->apply_layer_info("BoxColors:1.000000 0.000000 0.000000 1.000000|00FF00\n"
-                            "BoxColors:0.000000 0.000000 1.000000 1.000000|\n"
-                            "BoxColors:\n");
-    ASSERT_EQ(layer->BoxColors.size(), 4u);
-    EXPECT_EQ(layer->BoxColors[0], color::color(1, 2, 3, 4)); // kept in front
-    EXPECT_EQ(layer->BoxColors[1], color::color(255, 0, 0, 255));
-    EXPECT_EQ(layer->BoxColors[2], color::color(0, 255, 0, 255));
-    EXPECT_EQ(layer->BoxColors[3], color::color(0, 0, 255, 255));
-}
-
-TEST_F(parameter_text, SingleColoursReplaceOnlyOnSuccess) {
-    layer->apply_parameter_by_name("CircleColor", "0.000000 1.000000 0.000000 0.500000");
-    EXPECT_EQ(layer->CircleColor, color::color(0, 255, 0, 128));
-    layer->apply_parameter_by_name("CircleColor", "0 1 0 1\t"); // a trailing tab is blank
-    EXPECT_EQ(layer->CircleColor, color::color(0, 255, 0, 255));
-    layer->apply_parameter_by_name("CircleColor", "0.000000 1.000000 0.000000 0.500000");
-    layer->apply_parameter_by_name("SnakeColor", "EFDADE"); // catalogue form, true hex
-    EXPECT_EQ(layer->SnakeColor, color::color(0xEF, 0xDA, 0xDE, 255));
-    layer->apply_parameter_by_name("CircleColor", "green");
-    EXPECT_EQ(layer->CircleColor, color::color(0, 255, 0, 128));
-    EXPECT_EQ(parse_errors.str(),
-              parse_error("invalid color text \"green\"", "CircleColor", "green"));
-}
-
 TEST_F(parameter_text, IdLists) {
     layer->ExcludeBoxes.add(9);
     layer->apply_parameter_by_name("ExcludeBoxes", ""); // the set stays
@@ -228,28 +164,6 @@ TEST_F(parameter_text, IdLists) {
     EXPECT_FALSE(layer->ExcludeBoxes.contains(4));
     EXPECT_EQ(parse_errors.str(),
               parse_error("invalid digit 'x' in \"x\"", "ExcludeBoxes", "3|x|4"));
-}
-
-TEST_F(parameter_text, IdListOrderReversesOnReload) {
-    layer->ExcludeBoxes.add(1);
-    layer->ExcludeBoxes.add(2);
-    layer->ExcludeBoxes.add(3);
-    const std::string first = layer->get_layer_info();
-    EXPECT_NE(first.find("ExcludeBoxes:3|2|1\n"), std::string::npos);
-    auto again = screen();
-    again->apply_layer_info(first);
-    EXPECT_NE(again->get_layer_info().find("ExcludeBoxes:1|2|3\n"), std::string::npos);
-}
-
-TEST_F(parameter_text, UnknownAndCatalogueOnlyKeysPassSilently) {
-    const std::string before = params(*layer);
-    for (const char* key : {"undefined", "DrawCorners", "offsetX", "offsetY", "ScreenSizeFontSize",
-                            "LabelsColor", "ScreenSizeColor", "columns", "Columns ", ""})
-        layer->apply_parameter_by_name(key, "77");
-    EXPECT_EQ(params(*layer), before);
-    EXPECT_EQ(parse_errors.str(), "");
-    layer->apply_layer_info("offsetX:270\noffsetY:480\n");
-    EXPECT_EQ(layer->get_offset_x(), 0); // the base key is "OffsetX"
 }
 
 TEST_F(parameter_text, EveryWrittenKeyReadsBack) {

@@ -82,37 +82,6 @@ TEST_F(presets, NewProjectBytesForTheDefaultWorkspace) {
     EXPECT_TRUE(matches_golden(read_file(file), "new.tsrx"));
 }
 
-TEST_F(presets, CloningAPresetTwiceNumbersTheNames) {
-    start(global);
-    global.clone_preset_to_layers(0);
-    global.clone_preset_to_layers(0);
-    EXPECT_EQ(layer_names(global), (std::vector<std::string>{"Screen1", "P 2.6mm1", "P 2.6mm2"}));
-    EXPECT_EQ(global.get_current_layer_id(), 2); // on top, selected
-    EXPECT_EQ(global.get_layer(2)->get_project(), global.current_project_pointer());
-    EXPECT_NE(global.get_layer(2), global.get_presets()[0]); // a copy
-    EXPECT_EQ(global.get_presets()[0]->get_name(), "P 2.6mm");
-    auto copy = std::static_pointer_cast<boxes_layer>(global.get_layer(1));
-    EXPECT_EQ(copy->Width, 192);
-    EXPECT_EQ(copy->DrawGrid, 1);
-}
-
-TEST_F(presets, CloningABadPresetIsAProgrammingError) {
-    start(global);
-    global.clone_preset_to_layers(-1); // quietly nothing
-    EXPECT_EQ(global.get_layers_count(), 1);
-    try {
-        global.clone_preset_to_layers(9);
-        FAIL() << "no exception";
-    } catch (const preset_error& e) {
-        EXPECT_EQ(e.status(), preset_status_bad_argument);
-    }
-    global.get_presets().push_back(nullptr);
-    EXPECT_THROW(global.clone_preset_to_layers(9), preset_error);
-    global.get_presets()[9] = global.create_layer(e_layer_image);
-    EXPECT_THROW(global.clone_preset_to_layers(9), std::runtime_error);
-    EXPECT_EQ(global.get_layers_count(), 1);
-}
-
 TEST_F(presets, AddingAPresetFromTheCurrentLayer) {
     start(global);
     auto picture = global.new_image_layer(); // at index 0, selected
@@ -215,24 +184,4 @@ TEST_F(presets, NewWithASavedLogo) {
     ASSERT_TRUE(logo_layer && logo_layer->get_image());
     EXPECT_EQ(logo_layer->get_image()->size(), QSize(6, 4));
     EXPECT_EQ(next.get_paper_width(), 1920); // the block of zeros is read past
-}
-
-TEST_F(presets, NewKeepsPresetsAndTheLabelText) {
-    start(global);
-    global.raster_label_enabled = true;
-    global.raster_label_lines = {"Stage"};
-    global.raster_label_x = 5;
-    global.raster_label_width = 77;
-    global.set_paper_width(800);
-    global.new_image_layer();
-    global.load_default_layers();
-    EXPECT_EQ(global.get_presets_count(), 9);
-    EXPECT_TRUE(global.raster_label_enabled);
-    EXPECT_EQ(global.raster_label_lines, string_array{"Stage"});
-    EXPECT_EQ(global.raster_label_x, 1920);
-    EXPECT_EQ(global.raster_label_y, 1080);
-    EXPECT_EQ(global.raster_label_width, 0);
-    EXPECT_EQ(global.raster_label_height, 0);
-    EXPECT_EQ(global.get_paper_width(), 1920);
-    EXPECT_EQ(layer_names(global), std::vector<std::string>{"Screen1"});
 }

@@ -269,25 +269,6 @@ TEST_F(files, PresetFileOfThreeReadsBackAsThree) {
     EXPECT_EQ(global.get_presets()[2]->get_layer_info(), global.get_presets()[3]->get_layer_info());
 }
 
-TEST_F(files, LayersGetDefaultsBeforeTheirRecord) {
-    auto layers = read("TESSERINE_LED_PRESETS v2 0 0\n" + record(1, "Name:A\n"));
-    ASSERT_EQ(layers.size(), 1u);
-    auto boxes = std::static_pointer_cast<boxes_layer>(layers[0]);
-    EXPECT_EQ(boxes->DrawGrid, 1);
-    EXPECT_EQ(boxes->DrawSnake, 0);
-    EXPECT_TRUE(boxes->BoxColors.empty()); // colours are not defaulted
-    EXPECT_EQ(layers[0]->get_global(), &global);
-    EXPECT_TRUE(global.get_presets().empty()); // unattached
-    EXPECT_EQ(global.get_layers_count(), 0);
-}
-
-TEST_F(files, ReadFullFileAsText) {
-    EXPECT_EQ(global.read_full_file_as_text(path("missing")), "");
-    EXPECT_EQ(global.read_full_file_as_text(dir.path().toStdString()), "");
-    write_file(path("nul"), std::string("abc\0def", 7));
-    EXPECT_EQ(global.read_full_file_as_text(path("nul")), "abc");
-}
-
 TEST_F(files, LoadingAProjectReplacesTheDocument) {
     global.current_project()->get_layers().push_back(screen("Old"));
     global.raster_label_lines = {"kept"};
@@ -341,25 +322,6 @@ TEST_F(files, ProjectRoundTripGivesIdenticalBytes) {
     EXPECT_EQ(other.get_layers_count(), 3);
     EXPECT_EQ(other.get_paper_width(), 3840);
     EXPECT_EQ(other.get_layer(1)->get_name(), "Side: left");
-}
-
-TEST_F(files, PresetsFromAFileReplaceTheSavedList) {
-    write_file(path("mine.tsrx_presets"),
-               "TESSERINE_LED_PRESETS v2 0 0\n" + record(1, "Name:Mine\n"));
-    global.load_presets_from_file(path("mine.tsrx_presets"));
-    EXPECT_EQ(global.get_presets_count(), 1);
-    EXPECT_EQ(host.reloads, 1);
-    const std::string autosaved = read_file(global.auto_save_preset_file_name().string());
-    EXPECT_EQ(autosaved, "TESSERINE_LED_PRESETS v2 0 0\n" +
-                             record(1, global.get_presets()[0]->get_layer_info()));
-
-    // Reading the autosave file itself does not write it again.
-    write_file(global.auto_save_preset_file_name().string(),
-               "TESSERINE_LED_PRESETS v2 0 0\n" + record(1, "Name:Auto\n"));
-    global.load_presets_from_file(global.auto_save_preset_file_name());
-    EXPECT_EQ(global.get_presets()[0]->get_name(), "Auto");
-    EXPECT_EQ(read_file(global.auto_save_preset_file_name().string()),
-              "TESSERINE_LED_PRESETS v2 0 0\n" + record(1, "Name:Auto\n"));
 }
 
 // Damage of a project file: its kind, its line and byte, and the layers

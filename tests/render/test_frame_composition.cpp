@@ -156,20 +156,6 @@ TEST_F(composition, ImageLayerIsStretchedToItsSize) {
     EXPECT_FALSE(empty->get_offscreen());
 }
 
-TEST_F(composition, ImageLayerWithoutImageOnlyPrints) {
-    capture_diagnostics out;
-    auto picture = std::make_shared<image>(2, 2, QImage::Format_ARGB32);
-    picture->fill(Qt::red);
-    auto layer = std::static_pointer_cast<image_layer>(global.create_layer(e_layer_image));
-    layer->set_image(picture);
-    layer->width = 100000;
-    layer->height = 10;
-    global.insert_layer_at(layer, -1);
-    EXPECT_TRUE(global.defer_build_frame(true, &ctx));
-    EXPECT_EQ(out.text(), "359 offscreen return nil\n");
-    EXPECT_TRUE(host.errors.empty());
-}
-
 TEST_F(composition, DrawCurrentOnlyHidesOtherCabinetsAndChangesNoValue) {
     paper(600, 200);
     auto first = cabinets(2, 1, 128);
@@ -191,17 +177,6 @@ TEST_F(composition, DrawCurrentOnlyHidesOtherCabinetsAndChangesNoValue) {
     host.only_current = false;
     ASSERT_TRUE(global.defer_build_frame(true, &ctx));
     EXPECT_EQ(at(364, 64), main_colour);
-}
-
-TEST_F(composition, DrawCurrentOnlyWithTheOnlyLayerCurrentLeavesItAlone) {
-    paper(300, 200);
-    auto only = cabinets(2, 1, 128);
-    global.set_current_layer_index(0);
-    host.only_current = true;
-    ASSERT_TRUE(global.defer_build_frame(true, &ctx));
-    EXPECT_EQ(at(64, 64), main_colour);
-    EXPECT_EQ(only->DrawBoxes, 1);
-    EXPECT_FALSE(global.defer_build_frame(true, &ctx)); // nothing marked it
 }
 
 TEST_F(composition, PaintWithNothingChangedDrawsNothing) {
@@ -334,29 +309,4 @@ TEST_F(composition, RasterLabelOnAnEmptyProjectIsTheOnlyThingDrawn) {
         for (int x = global.raster_label_x; x < 400; ++x)
             if (frame().pixelColor(x, y).red() > 200) ++white;
     EXPECT_GT(white, 20);
-}
-
-TEST_F(composition, WithoutAContextTheFrameIsStillBuilt) {
-    paper(300, 200);
-    cabinets(2, 1, 128);
-    ASSERT_TRUE(global.defer_build_frame(true, nullptr));
-    EXPECT_EQ(at(64, 64), main_colour);
-    EXPECT_EQ(global.frame_image_wrap.handle, -1); // nobody to hand it to
-}
-
-TEST_F(composition, PresetScanComposesButBuildsNoLayer) {
-    recording_context rec;
-    paper(300, 200);
-    auto layer = cabinets(2, 1, 128);
-    ASSERT_TRUE(global.defer_build_frame(true, &rec));
-    auto preset = std::static_pointer_cast<boxes_layer>(layer->clone());
-    global.get_presets().push_back(preset);
-    preset->set_changed();
-    global.changed = 0;
-    rec.clear();
-    EXPECT_TRUE(global.defer_build_frame(false, &rec));
-    EXPECT_EQ(rec.index_of("offscreen image 256x128"), -1);
-    EXPECT_FALSE(preset->get_offscreen());
-    EXPECT_GE(rec.index_of("offscreen image 300x200"), 0);
-    EXPECT_FALSE(global.defer_build_frame(false, &rec));
 }

@@ -112,12 +112,3 @@ TEST_F(image_files, BmpAndJpgTakeTheCompositeAsItStands) {
     ASSERT_TRUE(writer.write(*global.get_composite_image()));
     EXPECT_EQ(read_file(path("frame.JPG")), expected.toStdString());
 }
-
-TEST_F(image_files, OtherExtensionsWriteNothingAndDropTheRequest) {
-    for (const char* name : {"frame.jpeg", "frame.tif", "frame", "frame.png.txt"}) {
-        EXPECT_FALSE(save(path(name))) << name;
-        EXPECT_FALSE(exists(path(name))) << name;
-        EXPECT_TRUE(global.get_save_to_file_requested_info().empty()) << name;
-    }
-    EXPECT_TRUE(host.errors.empty()); // nothing is said
-}

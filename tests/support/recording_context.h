@@ -71,6 +71,13 @@ class recording_context : public nano2d::context {
         return -1;
     }
     void clear() { m_shared->log.clear(); }
+    // The whole log, a "target: op args" line per call, as golden logs hold it.
+    std::string text() const {
+        std::string out;
+        for (const auto& c : m_shared->log)
+            out += c.target + ": " + c.line() + "\n";
+        return out;
+    }
     shared& state() { return *m_shared; }
 
     // The fixed text measure: every byte is half the font size wide; ascent
