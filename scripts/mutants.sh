@@ -59,7 +59,13 @@ MUTANTS=(
   "physh-field|src/persistence/parameter_text.cpp|s/{\"PhysH\", \&read_real<\&D::PhysH>}/{\"PhysH\", \&read_real<\&D::PhysW>}/"
   # The window: key names, the Tab walk, the layout file, snapping, hit
   # tests, the drag rules, list sync and palette fields.
-  "key-letter-case|src/app/main_screen.cpp|s/return text.toUpper().toStdString();/return text.toStdString();/"
+  "key-digit-place|src/app/main_screen.cpp|s/code >= row_starts\[r\] \&\& code - row_starts\[r\]/code > row_starts[r] \&\& code - row_starts[r]/"
+  "key-text-before-key|src/app/main_screen.cpp|s/if (modifier_bit(key) || key == Qt::Key_unknown) return {};/if (modifier_bit(key) || key == Qt::Key_unknown) return {};\n    if (!event.text().isEmpty() \&\& event.text().at(0).isPrint()) return event.text().toUpper().toStdString();/"
+  "key-plus-needs-no-shift|src/app/main_screen.cpp|s/if (name == \"+\" \&\& (held \& keys::group_a)/if (false \&\& (held \& keys::group_a)/"
+  "space-in-text-field|src/app/main_screen.cpp|s/m_main_impact \&\& !typing_text()/m_main_impact/"
+  "new-row-shows-hidden|src/panels/scroll_list.cpp|s/setChecked(!layer || !layer->is_hidden())/setChecked(true)/"
+  "list-no-scroll|src/panels/right_panel.cpp|s/m_scroll->ensureWidgetVisible(row, 0, 0);//"
+  "half-box-row-stale|src/panels/settings_boxes.cpp|s/grid_changed(\*layer); \/\/ the rows/(void)0; \/\/ the rows/"
   "key-string-groups|src/app/main_screen.cpp|s/keys::string_key(name, held)/keys::string_key(name, 0)/"
   "tab-first-step|src/app/main_screen.cpp|s/for (long long k = 1; k < n; ++k) {/for (long long k = 2; k < n; ++k) {/"
   "layout-load-y|src/app/main_screen.cpp|s/, layout.value(name + \"_y\")/, layout.value(name + \"_x\")/"

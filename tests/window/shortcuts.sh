@@ -25,6 +25,20 @@ WID="$(window_id "^Tesserine Pro$")"
 painted() { shoot window.png "$WID" && pixel_is window.png $((280 + 200)) $((70 + 200)) "63,127,127"; }
 wait_for "the first frame" "$DEADLINE" painted || exit 1
 
+# The number of every entry within its section, as the menu text has them.
+python3 - "$ROOT/src/document/menu_text.cpp" >entries.txt <<'PY'
+import re, sys
+code = open(sys.argv[1]).read()
+text = "".join(re.findall(r'"((?:[^"\\]|\\.)*)"', code)).replace("\\n", "\n")
+n = 0
+for line in text.split("\n"):
+    if line.startswith("#"): n = 0
+    elif line:
+        print(f"{line.split('|')[0]}|{n}")
+        n += 1
+PY
+entry() { awk -F'|' -v w="$1" '$1 == w { print $2; exit }' entries.txt; }
+
 # ran COUNT ID: the entry printed after the COUNT printed before is ID.
 ran() { [ "$(grep '^Submenu clicked' app.log | sed -n "$(($1 + 1))p")" = "Submenu clicked, id: $2" ]; }
 # Another window of ours (a file dialog, a question) is in front.
@@ -33,9 +47,11 @@ dialog_up() { [ -n "$(other_window)" ]; }
 dialog_gone() { [ -z "$(other_window)" ]; }
 
 failed=0
-# key (xdotool's name)  entry  what it runs
-while read -r key id asks what; do
+# key (xdotool's name)  whether it asks  the entry it runs
+while read -r key asks what; do
   [ -z "$key" ] || [ "${key:0:1}" = "#" ] && continue
+  id="$(entry "$what")"
+  [ -n "$id" ] || { echo "FAIL: no entry $what in the menu" >&2; failed=$((failed + 1)); continue; }
   before="$(grep -c '^Submenu clicked' app.log)"
   xdotool windowfocus --sync "$WID" 2>/dev/null
   xdotool key --clearmodifiers "$key"
@@ -53,47 +69,47 @@ while read -r key id asks what; do
   echo "$key: $what"
 done <<'TABLE'
 # File
-ctrl+n            0  -     New
-ctrl+o            1  asks  Open Project
-ctrl+s            2  asks  Save Project
-alt+s             3  asks  Export PNG
-ctrl+alt+s        4  asks  Export PSD
-ctrl+alt+r        5  asks  Export Resolume Arena
+ctrl+n            -     New
+ctrl+o            asks  Open Project...
+ctrl+s            asks  Save Project...
+alt+s             asks  Export PNG...
+ctrl+alt+s        asks  Export PSD...
+ctrl+alt+r        asks  Export Resolume Arena...
 # Layers: "+" is Shift+= on this layout; the keypad's keys too
-ctrl+plus         0  -     Add Screen Layer
-ctrl+equal        0  -     Add Screen Layer
-ctrl+shift+equal  0  -     Add Screen Layer
-ctrl+KP_Add       0  -     Add Screen Layer
-ctrl+i            1  asks  Add Image Layer
-ctrl+d            3  -     Clone Current Layer
-ctrl+minus        4  -     Delete Current Layer
-ctrl+KP_Subtract  4  -     Delete Current Layer
+ctrl+plus         -     Add Screen Layer
+ctrl+equal        -     Add Screen Layer
+ctrl+shift+equal  -     Add Screen Layer
+ctrl+KP_Add       -     Add Screen Layer
+ctrl+i            asks  Add Image Layer
+ctrl+d            -     Clone Current Layer
+ctrl+minus        -     Delete Current Layer
+ctrl+KP_Subtract  -     Delete Current Layer
 # View
-ctrl+shift+b      0  -     Background Color
-ctrl+shift+o      1  -     Outline
-ctrl+shift+c      2  -     Centering Circle
-ctrl+shift+x      3  -     XY Offsets Label
-ctrl+shift+s      4  -     Screen Size Label
-ctrl+shift+l      5  -     Cabinet ID
-ctrl+shift+p      6  -     Power Label
-ctrl+shift+d      7  -     Data Path
-ctrl+1            8  -     Path Pattern 1
-ctrl+2            9  -     Path Pattern 2
-ctrl+3            10 -     Path Pattern 3
-ctrl+4            11 -     Path Pattern 4
-ctrl+5            12 -     Path Pattern 5
-ctrl+6            13 -     Path Pattern 6
-ctrl+7            14 -     Path Pattern 7
-ctrl+8            15 -     Path Pattern 8
+ctrl+shift+b      -     Background Color
+ctrl+shift+o      -     Outline
+ctrl+shift+c      -     Centering Circle
+ctrl+shift+x      -     XY Offsets Label
+ctrl+shift+s      -     Screen Size Label
+ctrl+shift+l      -     Cabinet ID
+ctrl+shift+p      -     Power Label
+ctrl+shift+d      -     Data Path
+ctrl+1            -     Path Pattern 1
+ctrl+2            -     Path Pattern 2
+ctrl+3            -     Path Pattern 3
+ctrl+4            -     Path Pattern 4
+ctrl+5            -     Path Pattern 5
+ctrl+6            -     Path Pattern 6
+ctrl+7            -     Path Pattern 7
+ctrl+8            -     Path Pattern 8
 # Window: the digits with Shift type "$%^&*(" here
-ctrl+shift+4      0  -     Screen Info
-ctrl+shift+5      1  -     Labels Info
-ctrl+shift+6      2  -     Data tools
-ctrl+shift+7      3  -     Power tools
-ctrl+shift+8      4  -     Color tools
-ctrl+shift+9      5  -     Raster Label tool
+ctrl+shift+4      -     Screen Info
+ctrl+shift+5      -     Labels Info
+ctrl+shift+6      -     Data tools
+ctrl+shift+7      -     Power tools
+ctrl+shift+8      -     Color tools
+ctrl+shift+9      -     Raster Label tool
 # Live Output
-ctrl+p            0  -     No Live Output
+ctrl+p            -     No Live Output
 TABLE
 
 kill -0 "$APP_PID" || { echo "FAIL: the program ended" >&2; failed=$((failed + 1)); }
