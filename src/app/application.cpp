@@ -3,6 +3,7 @@
 #include "app/main_screen.h"
 #include "app/main_window.h"
 #include "app/settings_file.h"
+#include "app/undo_controller.h"
 #include "canvas/live_output.h"
 #include "canvas/main_impact.h"
 #include "core/data_folder.h"
@@ -143,6 +144,7 @@ void application::on_file_request(const std::string& path) {
     }
     if (!loaded) global.load_default_layers();
     if (global.get_layers_count() > 0) screen->setCurrentLayerTo(0, true);
+    if (UndoController* undo = screen->undo_controller()) undo->start_fresh();
     main_window* window = main_window_pointer.get();
     // Keys go to the canvas until the user picks a field.
     if (screen->main_impact()) screen->main_impact()->setFocus();

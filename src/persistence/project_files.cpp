@@ -241,6 +241,8 @@ void Global::load_project_from_string(const string& text) {
 void Global::load_project_from_file(const file::path& path) {
     if (path.empty()) return;
     load_project_from_string(read_full_file_as_text(path));
+    document_file = path;
+    ++documents_opened;
     host().reload_all(*this, true);
     set_changed();
 }
@@ -274,7 +276,10 @@ void Global::open_project_button() {
 
 void Global::save_project_button() {
     ask_for_path({{"tsrx", "tsrx file"}}, true, [this](const file::path& path) {
-        save_project_to_file(path.with_extension_if_no_extension(".tsrx"));
+        const file::path file = path.with_extension_if_no_extension(".tsrx");
+        if (!save_project_to_file(file)) return;
+        document_file = file;
+        ++documents_saved;
     });
 }
 
