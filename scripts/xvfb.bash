@@ -5,12 +5,17 @@
 XVFB_PID=""
 APP_PID=""
 
-# start_display WIDTHxHEIGHT: an X server of our own. It picks a free
-# display itself and tells it once it accepts clients.
+# start_display WIDTHxHEIGHT...: an X server of our own, with one X screen
+# per size. It picks a free display itself and tells it once it accepts
+# clients.
 start_display() {
-  local told
+  local told screens=() i=0 size
   told="$(mktemp)"
-  Xvfb -displayfd 3 -screen 0 "${1}x24" -nolisten tcp 3>"$told" >/dev/null 2>&1 &
+  for size in "$@"; do
+    screens+=(-screen "$i" "${size}x24")
+    i=$((i + 1))
+  done
+  Xvfb -displayfd 3 "${screens[@]}" -nolisten tcp 3>"$told" >/dev/null 2>&1 &
   XVFB_PID=$!
   wait_for "the X server" 20 test -s "$told" || return 1
   export DISPLAY=":$(tr -d '[:space:]' <"$told")"

@@ -72,6 +72,15 @@ void MainImpact::set_zoom(float value) {
 void MainImpact::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
     m_paint_rect = event->rect();
+    // The live output draws in the monitor's own pixels, whatever the
+    // display scale: one raster pixel on one device pixel.
+    m_units = live_output ? devicePixelRatioF() : 1.0;
+    if (m_units != 1.0) {
+        painter.scale(1.0 / m_units, 1.0 / m_units);
+        m_paint_rect =
+            QRectF(QPointF(m_paint_rect.topLeft()) * m_units, QSizeF(m_paint_rect.size()) * m_units)
+                .toAlignedRect();
+    }
     m_context.set_graphics(painter);
     draw(&m_context);
     m_context.set_graphics(nullptr);
@@ -105,13 +114,24 @@ void MainImpact::draw_second(nano2d::context* context) {
             effective_zoom = live_output ? 1.0f : zoom;
             if (painter) {
                 update_view(*composite, frame.generation());
-                const QRect shown(m_view_at, m_view.size());
-                // The background where the frame is not, then the frame.
-                for (const QRect& r : QRegion(m_paint_rect).subtracted(QRegion(shown)))
-                    painter->fillRect(r, look::screen_background);
-                const QRect part = shown & m_paint_rect;
+                // The view's place in the painter's units; its pixels are
+                // device pixels, so at a display scale it may start between
+                // two units. The background goes where the frame is not.
+                const qreal r = m_view.devicePixelRatio();
+                const QRectF shown(QPointF(m_view_at) / r, QSizeF(m_view.size()) / r);
+                const QRect inside(
+                    QPoint(int(std::ceil(shown.left())), int(std::ceil(shown.top()))),
+                    QPoint(int(std::floor(shown.right())) - 1,
+                           int(std::floor(shown.bottom())) - 1));
+                for (const QRect& rect : QRegion(m_paint_rect).subtracted(QRegion(inside)))
+                    painter->fillRect(rect, look::screen_background);
+                const QRect part =
+                    QRect(m_view_at, m_view.size()) &
+                    QRectF(QPointF(m_paint_rect.topLeft()) * r, QSizeF(m_paint_rect.size()) * r)
+                        .toAlignedRect();
                 if (!part.isEmpty())
-                    painter->drawImage(part.topLeft(), m_view, part.translated(-m_view_at));
+                    painter->drawImage(QPointF(part.topLeft()) / r, m_view,
+                                       part.translated(-m_view_at));
             }
             if (!live_output) {
                 context->begin_path();
@@ -130,8 +150,20 @@ void MainImpact::draw_second(nano2d::context* context) {
 }
 
 void MainImpact::update_view(const image& composite, std::uint64_t generation) {
-    const float z = effective_zoom;
+    // Raster pixels to device pixels: the live output shows them one to one
+    // (its painter works in device pixels); the canvas at the zoom times the
+    // display scale, so that a scaled display shows the frame sharper, never
+    // from a copy of lower resolution.
+    const qreal dpr = live_output ? 1.0 : devicePixelRatioF();
+    const float z = live_output ? 1.0f : float(effective_zoom * dpr);
+    const QPoint origin =
+        live_output ? QPoint(0, 0) : QPoint(qRound(pan.x() * dpr), qRound(pan.y() * dpr));
+    const QSize size_now = (QSizeF(size()) * (live_output ? m_units : dpr)).toSize();
+    if (m_has_view && m_view_generation == generation && m_view_zoom == z && m_view_pan == origin &&
+        m_view_size == size_now)
+        return;
     const image* shown = &composite;
+    QSize shown_size = composite.size();
     if (z < 1.0f) {
         if (m_scaled.isNull() || m_scaled_generation != generation || m_scaled_zoom != z) {
             const int w = std::max(1, int(std::lround(composite.width() * z)));
@@ -141,27 +173,39 @@ void MainImpact::update_view(const image& composite, std::uint64_t generation) {
             m_scaled_zoom = z;
         }
         shown = &m_scaled;
+        shown_size = m_scaled.size();
     } else {
         m_scaled = QImage();
+        if (z > 1.0f)
+            shown_size = QSize(int(std::lround(composite.width() * z)),
+                               int(std::lround(composite.height() * z)));
     }
-    const QPoint origin = live_output ? QPoint(0, 0) : pan;
-    if (m_has_view && m_view_generation == generation && m_view_zoom == z && m_view_pan == origin &&
-        m_view_size == size())
-        return;
     // Only what the widget shows, made opaque once: an unchanged paint is a
     // plain copy of it.
-    const QRect visible = QRect(origin, shown->size()) & rect();
+    const QRect visible = QRect(origin, shown_size) & QRect(QPoint(0, 0), size_now);
     m_view_at = visible.topLeft();
     m_view = QImage(visible.size(), QImage::Format_RGB32);
     if (!visible.isEmpty()) {
         m_view.fill(look::screen_background);
         QPainter p(&m_view);
-        p.drawImage(QPoint(0, 0), *shown, visible.translated(-origin));
+        if (z > 1.0f) {
+            // Each raster pixel a block of device pixels, edges kept sharp.
+            const QRect source =
+                QRectF(QPointF(visible.topLeft() - origin) / z, QSizeF(visible.size()) / z)
+                    .toAlignedRect() &
+                composite.rect();
+            p.translate(QPointF(origin - visible.topLeft()));
+            p.drawImage(QRectF(QPointF(source.topLeft()) * z, QSizeF(source.size()) * z), composite,
+                        source);
+        } else {
+            p.drawImage(QPoint(0, 0), *shown, visible.translated(-origin));
+        }
     }
+    m_view.setDevicePixelRatio(live_output ? 1.0 : dpr);
     m_view_generation = generation;
     m_view_zoom = z;
     m_view_pan = origin;
-    m_view_size = size();
+    m_view_size = size_now;
     m_has_view = true;
 }
 
@@ -187,7 +231,7 @@ QRectF MainImpact::zoomed_box(const boxes_layer& layer, std::uint32_t id) const 
 void MainImpact::draw_custom_path_marks(nano2d::context* context, const boxes_layer& layer) {
     const float z = effective_zoom;
     if (pointer_inside()) {
-        const QPointF rel = QPointF(pointer_position - pan) -
+        const QPointF rel = QPointF(pointer_position - pan) * m_units -
                             QPointF(layer.get_offset_x(), layer.get_offset_y()) * z;
         std::uint32_t hit = 0;
         const bool found = layer.for_each_box(

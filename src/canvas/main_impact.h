@@ -139,8 +139,12 @@ class MainImpact : public QWidget {
     QPoint pan{280, 0};
 
     nano2d::draw2d_context m_context;
-    // Where the current paint draws: the paint event's region.
+    // Where the current paint draws: the paint event's region, in the
+    // painter's units.
     QRect m_paint_rect;
+    // The painter's units per logical pixel: the display scale in the live
+    // output, which paints in device pixels, and 1 on the canvas.
+    qreal m_units = 1.0;
     // The frame scaled to the zoom (below 1.0 only) and its key.
     QImage m_scaled;
     std::uint64_t m_scaled_generation = 0;

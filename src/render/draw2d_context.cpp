@@ -154,6 +154,10 @@ const font_sink::font_entry& font_sink::font(const std::string& face, int pixel_
     if (it != fonts.end()) return *it->second;
     QFont f(QString::fromStdString(face));
     f.setPixelSize(pixel_size);
+    // Hinting named, not left to the platform: a scaled display turns the
+    // platform's default off, and the frame's text must come out the same
+    // in the window, the live output and a headless render.
+    f.setHintingPreference(QFont::PreferVerticalHinting);
     QFontMetricsF m(f);
     auto entry = std::make_unique<font_entry>(
         font_entry{f, m, float(m.ascent()), float(m.descent()), float(m.lineSpacing())});

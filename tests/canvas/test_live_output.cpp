@@ -1,8 +1,11 @@
 // The live output on three monitors side by side: 1600 x 1000, then
-// 800 x 600, then 640 x 480; and the menu that chooses among them. (The
+// 800 x 600, then 640 x 480 device pixels; and the menu that chooses among
+// them. The program runs at display scales 1, 1.5 and 2 (QT_SCALE_FACTOR),
+// so places are the monitors' own and pixels are device pixels. (The
 // offscreen platform lists its monitors by name, hence the numbered names.)
 
 #include "canvas/live_output.h"
+#include "core/keys.h"
 #include "panels/top_menu.h"
 #include "window/window_fixture.h"
 
@@ -16,6 +19,7 @@ namespace {
 
 struct live_output : window_test {
     live_output_window* live() const { return app->live_output_window_pointer.get(); }
+    static QRect monitor(int i) { return QGuiApplication::screens()[i]->geometry(); }
 };
 
 } // namespace
@@ -23,12 +27,12 @@ struct live_output : window_test {
 TEST_F(live_output, ChoosingAMonitorCoversItWithTheFrameAtFullSize) {
     ASSERT_EQ(QGuiApplication::screens().size(), 3);
     start();
-    window->setGeometry(100, 100, 1200, 800);
+    window->setGeometry(monitor(0).adjusted(50, 50, -50, -50));
     // The main window's monitor is not offered.
     EXPECT_EQ(get_live_output_monitors(window), (std::vector<int>{1, 2}));
-    window->setGeometry(1700, 100, 600, 400);
+    window->setGeometry(monitor(1).adjusted(50, 50, 200, 50)); // mostly on the second
     EXPECT_EQ(get_live_output_monitors(window), (std::vector<int>{0, 2}));
-    window->setGeometry(100, 100, 1200, 800);
+    window->setGeometry(monitor(0).adjusted(50, 50, -50, -50));
 
     // "No Live Output" before any: nothing.
     canvas->set_live_output_to_monitor(-1);
@@ -38,23 +42,39 @@ TEST_F(live_output, ChoosingAMonitorCoversItWithTheFrameAtFullSize) {
     canvas->set_live_output_to_monitor(1);
     ASSERT_NE(live(), nullptr);
     ASSERT_TRUE(QTest::qWaitForWindowExposed(live()));
-    EXPECT_EQ(live()->geometry(), QRect(1600, 0, 800, 600));
+    EXPECT_EQ(live()->geometry(), monitor(1));
     EXPECT_TRUE(live()->windowFlags() & Qt::FramelessWindowHint);
 
-    // One raster pixel to one screen pixel from the top left corner,
-    // whatever the canvas's zoom and pan; the raster is cut at the edge.
-    const QImage shown = live()->grab().toImage();
-    ASSERT_EQ(shown.size(), QSize(800, 600));
+    // One raster pixel to one device pixel from the top left corner,
+    // whatever the canvas's zoom and pan and the display scale; the raster
+    // is cut at the edge. The marks of a held modifier group are drawn in
+    // device pixels too.
     const image& composite = *global->get_composite_image();
-    for (QPoint p : {QPoint(200, 200), QPoint(700, 150), QPoint(799, 599)})
-        EXPECT_EQ(shown.pixel(p), QColor::fromRgba(composite.pixel(p)).rgb())
-            << p.x() << "," << p.y();
+    const auto same_as_render = [&](const QImage& shown) {
+        if (shown.size() != QSize(800, 600)) return ::testing::AssertionFailure() << "size";
+        for (int y = 0; y < 600; ++y)
+            for (int x = 0; x < 800; ++x)
+                if (shown.pixel(x, y) != QColor::fromRgba(composite.pixel(x, y)).rgb())
+                    return ::testing::AssertionFailure() << "pixel " << x << "," << y;
+        return ::testing::AssertionSuccess();
+    };
+    const QImage shown = live()->grab().toImage();
+    EXPECT_TRUE(same_as_render(shown));
 
     // A change shows on both in the paint that follows.
     auto layer = global->current_boxes_layer();
     layer->set_offset_x(300);
     ASSERT_TRUE(wait_until(
         [&] { return live()->grab().toImage().pixel(200, 200) != shown.pixel(200, 200); }));
+    const QImage moved = live()->grab().toImage();
+    global->set_keyboard_modifiers(keys::group_a);
+    const QImage marked = live()->grab().toImage();
+    global->set_keyboard_modifiers(0);
+    // The wall now starts at x 300: its outline's left edge, a device pixel
+    // or two wide.
+    EXPECT_NE(marked.pixel(300, 300), moved.pixel(300, 300));
+    for (int x : {297, 303})
+        EXPECT_EQ(marked.pixel(x, 300), moved.pixel(x, 300)) << x;
 
     // "No Live Output" hides it; choosing a monitor again shows the same
     // window there.
@@ -64,7 +84,7 @@ TEST_F(live_output, ChoosingAMonitorCoversItWithTheFrameAtFullSize) {
     canvas->set_live_output_to_monitor(0);
     EXPECT_EQ(live(), first);
     EXPECT_TRUE(live()->isVisible());
-    EXPECT_EQ(live()->geometry(), QRect(0, 0, 1600, 1000));
+    EXPECT_EQ(live()->geometry(), monitor(0));
     // A close request does not close it.
     live()->close();
     EXPECT_TRUE(live()->isVisible());
@@ -72,7 +92,7 @@ TEST_F(live_output, ChoosingAMonitorCoversItWithTheFrameAtFullSize) {
 
 TEST_F(live_output, TheMenuOffersTheOtherMonitorsNumberedFromOne) {
     start();
-    window->setGeometry(1700, 100, 700, 450); // on the second monitor
+    window->setGeometry(monitor(1).adjusted(50, 50, 200, 50)); // mostly on the second
     TopMenu* menu = screen->top_menu();
     auto captions = [&] {
         std::vector<std::string> shown;
@@ -86,7 +106,7 @@ TEST_F(live_output, TheMenuOffersTheOtherMonitorsNumberedFromOne) {
                                                     "Live Output to Screen 3"}));
     // Rebuilt at each opening: the window moved to the first monitor.
     menu->fold();
-    window->setGeometry(100, 100, 1200, 800);
+    window->setGeometry(monitor(0).adjusted(50, 50, -50, -50));
     menu->setSubmenu(TopMenuSubmenu::live_output_section);
     EXPECT_EQ(captions(), (std::vector<std::string>{"No Live Output", "Live Output to Screen 2",
                                                     "Live Output to Screen 3"}));
@@ -94,6 +114,6 @@ TEST_F(live_output, TheMenuOffersTheOtherMonitorsNumberedFromOne) {
     QTest::mouseClick(menu->submenu(TopMenuSubmenu::live_output_section)->entries()[2],
                       Qt::LeftButton);
     ASSERT_NE(live(), nullptr);
-    EXPECT_EQ(live()->geometry(), QRect(2400, 0, 640, 480));
+    EXPECT_EQ(live()->geometry(), monitor(2));
     EXPECT_FALSE(menu->is_showing_any_submenu());
 }

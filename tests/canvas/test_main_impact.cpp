@@ -67,9 +67,14 @@ struct canvas_test : window_test {
 
 TEST_F(canvas_test, TheFrameShowsAtThePanAndShrinksAroundItsTopLeftCorner) {
     QImage seen = canvas_pixels();
+    // At a display scale a logical pixel is several device pixels: its middle.
+    const auto px = [&](int x, int y) {
+        const qreal r = seen.devicePixelRatio();
+        return seen.pixel(int((x + 0.5) * r), int((y + 0.5) * r));
+    };
     // Cabinet (1, 1) of the default wall, clear of lines and labels.
-    EXPECT_EQ(seen.pixel(280 + 200, 200), shown(200, 200));
-    EXPECT_EQ(seen.pixel(100, 100), look::screen_background.rgb()); // left of the raster
+    EXPECT_EQ(px(280 + 200, 200), shown(200, 200));
+    EXPECT_EQ(px(100, 100), look::screen_background.rgb()); // left of the raster
     EXPECT_EQ(canvas->get_pan(), QPoint(280, 0));
 
     // The wheel past 1.0 is cut at the next paint and leaves no surplus.
@@ -84,8 +89,21 @@ TEST_F(canvas_test, TheFrameShowsAtThePanAndShrinksAroundItsTopLeftCorner) {
     EXPECT_FLOAT_EQ(canvas->get_zoom(), 0.25f);
     // At a quarter: cabinet (1, 1) is at a quarter of its place, and the
     // raster's top left corner stays where it was.
-    EXPECT_EQ(seen.pixel(280 + 50, 50), shown(200, 200));
-    EXPECT_EQ(seen.pixel(280 + 1920 / 4 + 5, 100), look::screen_background.rgb());
+    EXPECT_EQ(px(280 + 50, 50), shown(200, 200));
+    EXPECT_EQ(px(280 + 1920 / 4 + 5, 100), look::screen_background.rgb());
+
+    // At a zoom of one over the display scale, a device pixel shows one
+    // raster pixel: the frame is drawn from its full resolution (clear of
+    // the raster's outline along its top and left edges).
+    const qreal r = canvas->devicePixelRatioF();
+    canvas->set_zoom(float(1.0 / r));
+    seen = canvas_pixels();
+    const image& frame = *global->get_composite_image();
+    const int x0 = int(std::lround(280 * r));
+    for (int y : {3, 130, 639})
+        for (int x = 3; x < 1024; ++x)
+            ASSERT_EQ(seen.pixel(x0 + x, y), QColor::fromRgba(frame.pixel(x, y)).rgb())
+                << x << "," << y;
 }
 
 TEST_F(canvas_test, HitTests) {
