@@ -2,6 +2,7 @@
 // the floor of what any 8K frame of 16 layers costs in memory traffic.
 
 #include "bench_workspaces.h"
+#include "document/history.h"
 #include "render/draw2d_context.h"
 
 #include <benchmark/benchmark.h>
@@ -35,6 +36,38 @@ void frame_8k_16layers(benchmark::State& state) {
     rebuild(state, &bench::make_8k_workspace);
 }
 BENCHMARK(frame_8k_16layers)->Unit(benchmark::kMillisecond);
+
+// One palette edit of the 8K wall recorded as an undo step.
+void record_step_8k_16layers(benchmark::State& state) {
+    Global global;
+    bench::make_8k_workspace(global);
+    document_history history;
+    history.reset(global);
+    auto layer = std::dynamic_pointer_cast<boxes_layer>(global.get_layer(0));
+    for (auto _ : state) {
+        layer->GridWidth = layer->GridWidth == 2 ? 3 : 2;
+        benchmark::DoNotOptimize(history.record(global));
+    }
+}
+BENCHMARK(record_step_8k_16layers)->Unit(benchmark::kMillisecond);
+
+// Undo (and redo, alternately) of one palette edit, to the frame rebuilt.
+void undo_8k_16layers(benchmark::State& state) {
+    Global global;
+    bench::make_8k_workspace(global);
+    nano2d::draw2d_context context;
+    global.defer_build_frame(true, &context);
+    document_history history;
+    history.reset(global);
+    auto layer = std::dynamic_pointer_cast<boxes_layer>(global.get_layer(0));
+    layer->GridWidth += 1;
+    history.record(global);
+    for (auto _ : state) {
+        if (!history.undo(global)) history.redo(global);
+        benchmark::DoNotOptimize(global.defer_build_frame(true, &context));
+    }
+}
+BENCHMARK(undo_8k_16layers)->Unit(benchmark::kMillisecond);
 
 // A paint with nothing changed: it must not draw.
 void frame_8k_unchanged(benchmark::State& state) {

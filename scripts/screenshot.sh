@@ -23,15 +23,15 @@ start_program() {
   export XDG_DATA_HOME="$1"
   "$BUILD_DIR/tesserine" >"$WORK/app.log" 2>&1 &
   APP_PID=$!
-  wait_for "the main window" 30 has_window "^Tesserine Pro$"
-  WID="$(window_id "^Tesserine Pro$")"
+  wait_for "the main window" 30 has_window "Tesserine Pro$"
+  WID="$(window_id "Tesserine Pro$")"
   read -r WX WY < <(window_origin "$WID")
 }
 stop_program() {
   kill "$APP_PID" 2>/dev/null
   wait "$APP_PID" 2>/dev/null || true
   APP_PID=""
-  wait_for "the window to go" 20 bash -c "! xdotool search --onlyvisible --name '^Tesserine Pro$'"
+  wait_for "the window to go" 20 bash -c "! xdotool search --onlyvisible --name 'Tesserine Pro$'"
 }
 
 start_program "$WORK/first"

@@ -121,8 +121,8 @@ start_mapped() {
   "$1" >app.log 2>&1 &
   APP_PID=$!
   touch events.log
-  wait_for "the main window" 120 has_window "^Tesserine Pro$" || give_up "no main window"
-  WID="$(window_id "^Tesserine Pro$")"
+  wait_for "the main window" 120 has_window "Tesserine Pro$" || give_up "no main window"
+  WID="$(window_id "Tesserine Pro$")"
   xdotool windowfocus --sync "$WID" 2>/dev/null
 }
 # give_up WHY: says why, with the last events and the program's output (a

@@ -4,6 +4,7 @@
 #include "app/main_window.h"
 #include "app/recent_files.h"
 #include "app/settings_file.h"
+#include "app/undo_controller.h"
 #include "canvas/live_output.h"
 #include "canvas/main_impact.h"
 #include "core/data_folder.h"
@@ -149,6 +150,7 @@ void application::on_file_request(const std::string& path) {
     else
         recent_files::of(*screen).add_project(QString::fromStdString(path));
     if (global.get_layers_count() > 0) screen->setCurrentLayerTo(0, true);
+    if (UndoController* undo = screen->undo_controller()) undo->start_fresh();
     main_window* window = main_window_pointer.get();
     // Keys go to the canvas until the user picks a field.
     if (screen->main_impact()) screen->main_impact()->setFocus();

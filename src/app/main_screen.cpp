@@ -3,6 +3,7 @@
 #include "app/application.h"
 #include "app/recent_files.h"
 #include "app/settings_file.h"
+#include "app/undo_controller.h"
 #include "canvas/live_output.h"
 #include "canvas/main_impact.h"
 #include "core/diagnostics.h"
@@ -136,6 +137,8 @@ MainScreen::MainScreen(QWidget* parent) : QWidget(parent) {
 MainScreen::~MainScreen() {
     // The panels go before the workspace they read.
     qApp->removeEventFilter(this);
+    delete m_undo;
+    m_undo = nullptr;
     const QList<QWidget*> children = findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly);
     qDeleteAll(children);
     m_main_impact = nullptr;
@@ -189,6 +192,7 @@ void MainScreen::create_main_screen() {
     post_layout();
     // Shortcuts and Tab work wherever the focus is in this window.
     qApp->installEventFilter(this);
+    m_undo = new UndoController(this, *workspace);
     show();
 }
 
@@ -541,6 +545,14 @@ void MainScreen::foldTopMenu() {
 
 void MainScreen::on_close() {
     if (m_quit_box) return;
+    if (m_undo) {
+        // Unsaved work gets its own question instead.
+        m_undo->record();
+        if (m_undo->is_modified())
+            return m_undo->ask_before_discarding([this] {
+                if (m_quit) m_quit();
+            });
+    }
     auto* box = new QMessageBox(QMessageBox::Warning, "Quit", "Are you sure ?",
                                 QMessageBox::NoButton, this);
     box->setObjectName("quit");

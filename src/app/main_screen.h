@@ -33,6 +33,7 @@ class RightPanel;
 class TopMenu;
 class TopPanel;
 class AddLayerContextMenu;
+class UndoController;
 
 class MainScreen : public QWidget, public workspace_host {
   public:
@@ -117,6 +118,7 @@ class MainScreen : public QWidget, public workspace_host {
     TopMenu* top_menu() const { return m_top_menu; }
     TopPanel* top_panel() const { return m_top_panel; }
     AddLayerContextMenu* add_layer_context_menu() const { return m_add_layer_context_menu; }
+    UndoController* undo_controller() const { return m_undo; }
     QPoint last_click() const { return m_last_click; }
 
     // --- the workspace's host
@@ -166,6 +168,7 @@ class MainScreen : public QWidget, public workspace_host {
     TopMenu* m_top_menu = nullptr;
     TopPanel* m_top_panel = nullptr;
     AddLayerContextMenu* m_add_layer_context_menu = nullptr;
+    UndoController* m_undo = nullptr;
     // About, SettingsBoxes, SettingsLabels, SettingsPower,
     // SettingsDataDiagram, SettingsRasterLabel, SettingsBoxesColors.
     std::vector<SettingsBaseWindow*> m_palettes;

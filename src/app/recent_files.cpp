@@ -2,6 +2,7 @@
 
 #include "app/main_screen.h"
 #include "app/settings_file.h"
+#include "app/undo_controller.h"
 #include "canvas/main_impact.h"
 #include "document/global.h"
 #include "document/image_layer.h"
@@ -84,12 +85,18 @@ bool open_project_path(MainScreen& screen, const QString& path) {
         global.show_error("The project " + path.toStdString() + " no longer exists.");
         return false;
     }
-    // A refused file is reported and leaves the document; a damaged one
-    // opens with a warning.
-    if (global.open_project_file(path.toStdString()).refused()) return false;
-    if (global.get_layers_count() > 0) screen.setCurrentLayerTo(0, true);
-    recent_files::of(screen).add_project(path);
-    screen.reload_all(true);
+    // Unsaved work is asked about first. A refused file is reported and
+    // leaves the document; a damaged one opens with a warning.
+    const auto open = [&screen, &global, path] {
+        if (global.open_project_file(path.toStdString()).refused()) return;
+        if (global.get_layers_count() > 0) screen.setCurrentLayerTo(0, true);
+        recent_files::of(screen).add_project(path);
+        screen.reload_all(true);
+    };
+    if (UndoController* undo = screen.undo_controller())
+        undo->ask_before_discarding(open);
+    else
+        open();
     return true;
 }
 

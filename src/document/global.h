@@ -134,6 +134,12 @@ class Global {
     read_report open_presets_file(const file::path& path);
     void open_project_button();
     void save_project_button();
+    // The project file last opened or saved by the user, empty for a new
+    // document; the counters rise with each open and each save, so that a
+    // window can follow them.
+    file::path document_file;
+    std::uint64_t documents_opened = 0;
+    std::uint64_t documents_saved = 0;
     void open_presets_button();
     void save_presets_button();
 

@@ -23,6 +23,8 @@ inline const QColor title_bar(0x3e, 0x3e, 0x3e);
 inline const QColor palette_border(0x18, 0x18, 0x18);
 inline const QColor title_text(0xdc, 0xdc, 0xdc);
 inline const QColor text(0xc8, 0xc8, 0xc8);
+// Entries that cannot run now (nothing to undo).
+inline const QColor disabled_text(0x6e, 0x6e, 0x6e);
 
 constexpr int title_bar_height = 26;
 

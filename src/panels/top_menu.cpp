@@ -2,6 +2,7 @@
 
 #include "app/main_screen.h"
 #include "app/recent_files.h"
+#include "app/undo_controller.h"
 #include "canvas/live_output.h"
 #include "canvas/main_impact.h"
 #include "core/keys.h"
@@ -74,13 +75,38 @@ template <void (MainScreen::*Show)()> command show() {
     };
 }
 
+// "New" asks before unsaved work goes, and is one step that can be undone.
+void new_document(Global& g, MainScreen* s) {
+    UndoController* undo = s ? s->undo_controller() : nullptr;
+    if (!undo) return g.load_default_layers();
+    undo->ask_before_discarding([&g, s, undo] {
+        g.load_default_layers();
+        g.document_file = {};
+        undo->name_next("New");
+        undo->record();
+        s->reload_all(true);
+    });
+}
+
 const std::map<std::string, command>& command_table() {
     static const std::map<std::string, command> table = {
-        {"New", [](Global& g, MainScreen*) { g.load_default_layers(); }},
-        {"Open Project...", [](Global& g, MainScreen*) { g.open_project_button(); }},
+        {"New", new_document},
+        {"Open Project...",
+         [](Global& g, MainScreen* s) {
+             if (!s || !s->undo_controller()) return g.open_project_button();
+             s->undo_controller()->ask_before_discarding([&g] { g.open_project_button(); });
+         }},
         {"Open Recent",
          [](Global&, MainScreen* screen) {
              if (screen) show_open_recent(*screen);
+         }},
+        {"Undo",
+         [](Global&, MainScreen* s) {
+             if (s && s->undo_controller()) s->undo_controller()->undo();
+         }},
+        {"Redo",
+         [](Global&, MainScreen* s) {
+             if (s && s->undo_controller()) s->undo_controller()->redo();
          }},
         {"Save Project...", [](Global& g, MainScreen*) { g.save_project_button(); }},
         {"Export PNG...", [](Global& g, MainScreen*) { g.save_png_button(); }},

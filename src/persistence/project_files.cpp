@@ -425,6 +425,8 @@ read_report Global::load_project_from_file(const file::path& path) {
     host().reload_all(*this, true);
     set_changed();
     set_document_file(path, !report.clean());
+    document_file = path;
+    ++documents_opened;
     return report;
 }
 
@@ -539,7 +541,10 @@ void Global::save_project_button() {
     ask_for_path(
         {{"tsrx", "tsrx file"}}, true,
         [this](const file::path& path) {
-            save_project_to_file(path.with_extension_if_no_extension(".tsrx"));
+            const file::path file = path.with_extension_if_no_extension(".tsrx");
+            if (!save_project_to_file(file)) return;
+            document_file = file;
+            ++documents_saved;
         },
         m_suggested_save_path);
 }

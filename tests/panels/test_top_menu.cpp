@@ -1,6 +1,7 @@
 // The top menu: its text, every shortcut reaching its command wherever the
 // focus is, the drop-downs opening and folding, and "Add Image Layer".
 
+#include "app/undo_controller.h"
 #include "canvas/live_output.h"
 #include "core/data_folder.h"
 #include "core/keys.h"
@@ -16,6 +17,8 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QPushButton>
+#include <QTemporaryDir>
 
 using namespace Vantora_TesserinePro;
 using namespace Vantora_TesserinePro::testing;
@@ -71,10 +74,10 @@ struct menu_test : window_test {
 
 TEST(menu_text, SectionsEntriesAndTheirFields) {
     const menu_text m = parse_menu_text(gettopMenuString());
-    EXPECT_EQ(m.titles, (std::vector<std::string>{"File", "Layers", "View", "Window", "Live Output",
-                                                  "About"}));
-    ASSERT_EQ(m.sections.size(), 6u);
-    EXPECT_EQ(m.sections[4],
+    EXPECT_EQ(m.titles, (std::vector<std::string>{"File", "Edit", "Layers", "View", "Window",
+                                                  "Live Output", "About"}));
+    ASSERT_EQ(m.sections.size(), 7u);
+    EXPECT_EQ(m.sections[5],
               "No Live Output|Stop Live Output to any other screen.|COMMAND+P|CONTROL+P");
     // "Set Logo Layer" has three fields: no shortcut.
     const auto logo = split_menu_line("Set Logo Layer|Set Logo Layer |");
@@ -166,6 +169,10 @@ TEST_F(menu_test, EveryShortcutReachesItsCommandAlsoFromATextField) {
     press("CONTROL+P");
     EXPECT_FALSE(app->live_output_window_pointer->isVisible());
     press("CONTROL+N");
+    // With unsaved changes New asks first.
+    ASSERT_TRUE(screen->undo_controller()->question());
+    for (QAbstractButton* b : screen->undo_controller()->question()->buttons())
+        if (b->text() == "Don't Save") b->click();
     EXPECT_EQ(count(), 1);
     EXPECT_EQ(field->text(), "1920"); // the field got none of the keys
 }
@@ -213,9 +220,9 @@ TEST_F(menu_test, DropDownsOpenByClickFollowTheHoverAndFold) {
     menu->setSubmenu(1);
     QTest::keyClick(canvas, Qt::Key_Escape);
     EXPECT_FALSE(menu->is_showing_any_submenu());
-    menu->setSubmenu(1);
+    menu->setSubmenu(2);
     const long long n = global->get_layers_count();
-    QTest::mouseClick(menu->submenu(1)->entries()[0], Qt::LeftButton); // "Add Screen Layer"
+    QTest::mouseClick(menu->submenu(2)->entries()[0], Qt::LeftButton); // "Add Screen Layer"
     EXPECT_FALSE(menu->is_showing_any_submenu());
     EXPECT_EQ(global->get_layers_count(), n + 1);
     // One monitor: Live Output offers only its fixed entry.
@@ -257,4 +264,72 @@ TEST_F(menu_test, AddImageLayerTakesAPictureOrSaysItCannot) {
     ASSERT_TRUE(wait_until([&] { return (box = screen->findChild<QMessageBox*>("error")); }));
     EXPECT_EQ(box->text(), "Error loading image.");
     EXPECT_EQ(box->windowTitle(), "Error");
+}
+
+TEST_F(menu_test, UndoRedoKeysTheEditSectionAndTheUnsavedQuestion) {
+    UndoController* undo = screen->undo_controller();
+    QTemporaryDir dir;
+    auto bytes = [&] {
+        const std::string path = dir.filePath("p.tsrx").toStdString();
+        EXPECT_TRUE(global->save_project_to_file(path));
+        return read_file(path);
+    };
+    auto edit_entry = [&](int i) {
+        QWidget* entry = menu->submenu(1)->entries()[std::size_t(i)];
+        return std::make_pair(entry->isEnabled(), entry->findChild<QLabel*>()->text());
+    };
+    const std::string before = bytes();
+    EXPECT_EQ(edit_entry(0), std::make_pair(false, QString("Undo")));
+    EXPECT_EQ(window->windowTitle(), "Untitled[*] - Tesserine Pro");
+    EXPECT_FALSE(window->isWindowModified());
+
+    // Each row: the keys of one action, the step it makes.
+    struct row {
+        const char* keys;
+        const char* step;
+    };
+    for (const row& r : {row{"CONTROL+-", "Delete Screen1"}, row{"CONTROL+SHIFT+D", "Data Path"},
+                         row{"CONTROL+3", "Path Pattern"}, row{"CONTROL+D", "Add Screen2"}}) {
+        SCOPED_TRACE(r.keys);
+        press(r.keys);
+        ASSERT_TRUE(wait_until([&] { return window->isWindowModified(); }));
+        const std::string edited = bytes();
+        EXPECT_EQ(edit_entry(0), std::make_pair(true, QString("Undo ") + r.step));
+        press("CONTROL+Z");
+        EXPECT_EQ(bytes(), before);
+        EXPECT_EQ(edit_entry(1), std::make_pair(true, QString("Redo ") + r.step));
+        EXPECT_FALSE(window->isWindowModified());
+        press("CONTROL+SHIFT+Z");
+        EXPECT_EQ(bytes(), edited);
+        press("CONTROL+Z");
+        QTest::keyClick(canvas, Qt::Key_Y, Qt::ControlModifier);
+        EXPECT_EQ(bytes(), edited);
+        press("CONTROL+Z");
+        ASSERT_TRUE(wait_until([&] { return !window->isWindowModified(); }));
+    }
+
+    // Typing not yet committed: Ctrl+Z takes back the typing only.
+    QLineEdit* field = screen->top_panel()->raster_width();
+    field->setFocus();
+    ASSERT_TRUE(wait_until([&] { return field->hasFocus(); }));
+    const QString shown = field->text();
+    QTest::keyClicks(field, "7");
+    press("CONTROL+Z");
+    EXPECT_EQ(field->text(), shown);
+    EXPECT_EQ(bytes(), before);
+    canvas->setFocus();
+
+    // Unsaved work: closing asks; Cancel keeps the window, Don't Save ends it.
+    press("CONTROL+-");
+    ASSERT_TRUE(wait_until([&] { return window->isWindowModified(); }));
+    for (const char* answer : {"Cancel", "Don't Save"}) {
+        window->close();
+        QMessageBox* box = undo->question();
+        ASSERT_TRUE(box);
+        EXPECT_EQ(box->text(), "Save the changes to Untitled?");
+        for (QAbstractButton* b : box->buttons())
+            if (b->text() == answer) b->click();
+        EXPECT_TRUE(wait_until([&] { return !undo->question(); }));
+    }
+    EXPECT_EQ(quits, 1);
 }

@@ -19,8 +19,8 @@ DEADLINE="${DEADLINE:-120}"
 start_display 1600x1000 || exit 1
 "$BIN" >app.log 2>&1 &
 APP_PID=$!
-wait_for "the main window" "$DEADLINE" has_window "^Tesserine Pro$" || { cat app.log >&2; exit 1; }
-WID="$(window_id "^Tesserine Pro$")"
+wait_for "the main window" "$DEADLINE" has_window "Tesserine Pro$" || { cat app.log >&2; exit 1; }
+WID="$(window_id "Tesserine Pro$")"
 # Keys count once the first frame is there: cabinet (1, 1) of the new wall.
 painted() { shoot window.png "$WID" && pixel_is window.png $((280 + 200)) $((70 + 200)) "63,127,127"; }
 wait_for "the first frame" "$DEADLINE" painted || exit 1
@@ -75,6 +75,9 @@ ctrl+s            asks  Save Project...
 alt+s             asks  Export PNG...
 ctrl+alt+s        asks  Export PSD...
 ctrl+alt+r        asks  Export Resolume Arena...
+# Edit
+ctrl+z            -     Undo
+ctrl+shift+z      -     Redo
 # Layers: "+" is Shift+= on this layout; the keypad's keys too
 ctrl+plus         -     Add Screen Layer
 ctrl+equal        -     Add Screen Layer

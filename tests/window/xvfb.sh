@@ -31,8 +31,8 @@ check() { # WHAT CMD...
 start_display 1600x1000 || exit 1
 "$BIN" >app.log 2>&1 &
 APP_PID=$!
-wait_for "the main window" "$DEADLINE" has_window "^Tesserine Pro$" || { cat app.log >&2; exit 1; }
-WID="$(window_id "^Tesserine Pro$")"
+wait_for "the main window" "$DEADLINE" has_window "Tesserine Pro$" || { cat app.log >&2; exit 1; }
+WID="$(window_id "Tesserine Pro$")"
 read -r WX WY < <(window_origin "$WID")
 
 # The window's own pixels, taken again until the first frame is painted.
@@ -121,6 +121,18 @@ check "Alt+S exports a PNG" save_as alt+s "$WORK/frame.png"
 check "the PNG is the command line's" wait_for "the whole PNG" "$DEADLINE" cmp -s frame.png expected.png
 check "Ctrl+Alt+S exports a PSD" save_as ctrl+alt+s "$WORK/frame.psd"
 check "the PSD is the command line's" wait_for "the whole PSD" "$DEADLINE" cmp -s frame.psd expected.psd
+
+# Ctrl+- deletes the layer, Ctrl+Z brings it back, Ctrl+Shift+Z and Ctrl+Y
+# redo: each saved project tells how many layers there are.
+layers_are() { project_has "$1" "len(d[\"layers\"]) == $2"; }
+n=0
+for row in "ctrl+minus ctrl+z:2" "ctrl+shift+z:1" "ctrl+z ctrl+y:1" "ctrl+z:2"; do
+  xdotool windowfocus --sync "$WID" 2>/dev/null
+  xdotool key ${row%%:*}
+  n=$((n + 1))
+  check "$row: saved" save_as ctrl+s "$WORK/undo$n.tsrx"
+  check "$row: layers" layers_are "undo$n.tsrx" "${row##*:}"
+done
 
 # Closing asks; Return answers "Yes" and the program ends.
 check "the close request is sent" close_request "$WID"
