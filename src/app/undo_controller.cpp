@@ -136,6 +136,10 @@ void UndoController::update_window() {
     }
 }
 
+bool UndoController::is_modified() const {
+    return m_history.is_modified() || m_global.document_modified();
+}
+
 void UndoController::ask_before_discarding(std::function<void()> then) {
     record();
     if (!is_modified()) {

@@ -35,7 +35,7 @@ class UndoController : public QObject {
     void start_fresh();
     // A damaged project opens as changed: its first save must not go
     // silently over the file.
-    bool is_modified() const { return m_history.is_modified() || m_global.document_modified(); }
+    bool is_modified() const;
     // "Untitled" before the first save.
     std::string document_name() const;
     // Runs then at once without unsaved changes; otherwise asks to save
