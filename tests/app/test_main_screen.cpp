@@ -258,6 +258,13 @@ TEST_F(screen_test, RecentProjectsDropsAndLastFolders) {
     QFile::remove(dir + "/p11.tsrx"); // gone files leave the list
     EXPECT_EQ(again.projects().mid(0, 2), (QStringList{dir + "/p3.tsrx", dir + "/p10.tsrx"}));
 
+    // Opening over unsaved work asks first; "Don't Save" goes on.
+    const auto dont_save = [&] {
+        auto* question = screen->findChild<QMessageBox*>("unsaved");
+        ASSERT_TRUE(question);
+        for (QAbstractButton* b : question->buttons())
+            if (b->text() == "Don't Save") b->click();
+    };
     // The menu: names with the path as tooltip, then "Clear List".
     global->new_boxes_layer();
     show_open_recent(*screen);
@@ -268,6 +275,7 @@ TEST_F(screen_test, RecentProjectsDropsAndLastFolders) {
     EXPECT_EQ(actions[1]->text(), "p10.tsrx");
     EXPECT_EQ(actions[1]->toolTip(), dir + "/p10.tsrx");
     actions[1]->trigger();
+    dont_save();
     EXPECT_EQ(global->get_layers_count(), 1);
     EXPECT_EQ(again.projects().first(), dir + "/p10.tsrx");
     actions.last()->trigger();
@@ -279,6 +287,7 @@ TEST_F(screen_test, RecentProjectsDropsAndLastFolders) {
     const QString wall = project("wall.tsrx");
     global->new_boxes_layer();
     EXPECT_TRUE(drop_file(*screen, wall, nullptr));
+    dont_save();
     EXPECT_EQ(global->get_layers_count(), 1);
     // ... also as the window's own drag events.
     QMimeData data;
@@ -289,6 +298,7 @@ TEST_F(screen_test, RecentProjectsDropsAndLastFolders) {
     global->new_boxes_layer();
     QDropEvent drop(QPointF(10, 100), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
     QCoreApplication::sendEvent(screen, &drop);
+    dont_save();
     EXPECT_EQ(global->get_layers_count(), 1);
     QImage picture(40, 30, QImage::Format_ARGB32);
     picture.fill(Qt::red);
