@@ -14,7 +14,7 @@ std::string usage_text() {
     return "usage: tesserine new -o FILE\n"
            "       tesserine info FILE\n"
            "       tesserine presets [FILE]\n"
-           "       tesserine route FILE [--layer N]\n"
+           "       tesserine route FILE [--layer N] [--json]\n"
            "       tesserine render FILE -o OUT [--transparent] [--only-current]\n"
            "       tesserine export-resolume FILE -o OUT\n";
 }

@@ -62,6 +62,21 @@ same "$(cat out.txt)" 'layer 2 "Right": (0,0)E (0,1)E'
 expect 0 "$BIN" route --layer 0 stack.tsrx
 same "$(cat out.txt)" 'layer 0 "Left "wall"": (0,0)S (1,0)E'
 
+# --json: the port loads of every type, a failed router and an image layer
+# between, against the golden file.
+project loads.tsrx 1920 1080 \
+  "$(wall 'Left "wall"' SnakeLimit:800 SnakeMode:0 'ExcludeBoxes:65537')" \
+  "$(record 2 "$(printf 'Name:Picture\nOffsetX:0')")" \
+  "$(wall Tight SnakeLimit:300 SnakeMode:0)" "$(wall Other DataDiagramType:1 SnakeLimit:500)" \
+  "$(wall Custom CustomDataPath:1 SnakeLimit:250 'CustomPath:0,65536,131072|2|65538,131074')" \
+  "$(wall Free SnakeLimit:-1 SnakeMode:4)"
+expect 0 "$BIN" route loads.tsrx --json
+cmp -s out.txt "$(dirname "${BASH_SOURCE[0]}")/../data/route_loads.json" && ok ||
+  fail "route --json differs from route_loads.json: $(diff out.txt "$(dirname "${BASH_SOURCE[0]}")/../data/route_loads.json" | head -20)"
+python3 -c 'import json; json.load(open("out.txt"))' && ok || fail "route --json is not JSON"
+expect 0 "$BIN" route loads.tsrx --json --layer 3
+contains out.txt '"type": "other", "limit": 500'
+
 # Bad --layer values: a clear message on standard error, status 2, nothing
 # on standard output.
 for bad in 1 3 -1 x 1x ""; do
