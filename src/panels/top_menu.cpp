@@ -104,6 +104,14 @@ const std::map<std::string, command>& command_table() {
         {"Path Pattern 6", pattern<5>()},
         {"Path Pattern 7", pattern<6>()},
         {"Path Pattern 8", pattern<7>()},
+        {"Fit Raster",
+         [](Global&, MainScreen* screen) {
+             if (screen && screen->main_impact()) screen->main_impact()->fit_raster();
+         }},
+        {"Actual Size",
+         [](Global&, MainScreen* screen) {
+             if (screen && screen->main_impact()) screen->main_impact()->actual_size();
+         }},
         {"Screen Info", show<&MainScreen::showScreenInfo>()},
         {"Labels Info", show<&MainScreen::showLabelsInfo>()},
         {"Data tools", show<&MainScreen::showDataTools>()},
