@@ -1,8 +1,12 @@
 #include "cli/cli.h"
 
 #include "core/atomic_file.h"
+#include "core/string_format.h"
+#include "datapath/snake.h"
 #include "document/global.h"
 #include "persistence/file_format.h"
+#include "render/draw2d_context.h"
+#include "render/image_writers.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -16,7 +20,8 @@ std::string usage_text() {
            "       tesserine presets [FILE]\n"
            "       tesserine route FILE [--layer N] [--json]\n"
            "       tesserine render FILE -o OUT [--transparent] [--only-current]\n"
-           "       tesserine export-resolume FILE -o OUT\n";
+           "       tesserine export-resolume FILE -o OUT\n"
+           "       tesserine report FILE -o OUT.pdf [--page a4|letter]\n";
 }
 
 int usage_error(const std::string& problem) {
@@ -120,6 +125,41 @@ std::string json_string(const std::string& text) {
         }
     }
     return out + "\"";
+}
+
+int build_frame(Global& global, render_host& host, const std::string& file) {
+    const int W = global.get_paper_width(), H = global.get_paper_height();
+    if (!image_size_allowed((unsigned long long)W, (unsigned long long)H))
+        return file_error(file,
+                          string_format("the raster of %d by %d pixels is larger than the "
+                                        "drawable limit (at most %d pixels a side and %llu "
+                                        "pixels in all)",
+                                        W, H, max_image_side, max_image_pixels),
+                          exit_failure);
+    // A data path that does not fit its ports switches itself off and the
+    // paint is tried again, as the canvas's next paint would; each retry
+    // turns off at least one layer's path, so this ends.
+    nano2d::draw2d_context context;
+    const long long retries = global.get_layers_count() + 1;
+    for (long long attempt = 0;; ++attempt) {
+        host.errors.clear();
+        global.defer_build_frame(true, &context);
+        if (host.errors.empty()) break;
+        const bool only_data_path =
+            std::all_of(host.errors.begin(), host.errors.end(),
+                        [](const std::string& m) { return m == Snake::limit_failure_text; });
+        if (!only_data_path) {
+            for (const auto& message : host.errors)
+                if (message != Snake::limit_failure_text) file_error(file, message, exit_failure);
+            return exit_failure;
+        }
+        if (attempt >= retries)
+            return file_error(file, "the frame could not be built", exit_failure);
+        for (const auto& message : host.errors)
+            std::cerr << "tesserine: " << file << ": " << message
+                      << " (the data path of that layer is switched off)" << std::endl;
+    }
+    return exit_ok;
 }
 
 } // namespace Vantora_TesserinePro::cli

@@ -31,6 +31,7 @@ int main(int argc, char** argv) {
         {"new", &cli::cmd_new},         {"info", &cli::cmd_info},
         {"presets", &cli::cmd_presets}, {"route", &cli::cmd_route},
         {"render", &cli::cmd_render},   {"export-resolume", &cli::cmd_export_resolume},
+        {"report", &cli::cmd_report},
     };
     const std::string word = argc >= 2 ? argv[1] : "";
     if (word == "--help" || word == "-h" || word == "help") {
