@@ -18,6 +18,7 @@ const string& gettopMenuString() {
         "CONTROL+ALT+S\n"
         "Export Resolume Arena...|Export current layout to Resolume Arena|"
         "CONTROL+ALT+R|CONTROL+ALT+R\n"
+        "Export Report...|Export a PDF show report for the crew.||\n"
         "#Layers\n"
         "Add Screen Layer|Add Screen Layer |COMMAND++|CONTROL++\n"
         "Add Image Layer|Add Image Layer |COMMAND+I|CONTROL+I\n"
