@@ -12,6 +12,7 @@ TESSERINE_PACKAGES=(
   libgtest-dev libbenchmark-dev
   fonts-dejavu-core fontconfig
   imagemagick xvfb xauth xdotool libx11-6 python3
+  poppler-utils
 )
 
 # ... and what scripts/package.sh adds: cpack's dpkg-shlibdeps and file,

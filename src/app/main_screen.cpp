@@ -673,6 +673,8 @@ void MainScreen::layer_row_changed(const app_layer& layer) {
 // Redraw requests made while a frame is built are dropped: the build is
 // itself the paint they ask for, and a paint must not start another.
 void MainScreen::post_canvas_redraw() {
+    // Every edit comes through here; the port line follows it.
+    if (m_settings_data_diagram) m_settings_data_diagram->post_port_line();
     if (m_building == 0 && m_main_impact) m_main_impact->update();
 }
 

@@ -67,6 +67,37 @@ void MainImpact::set_zoom(float value) {
     update();
 }
 
+float MainImpact::fit_zoom() const {
+    // A margin all round, so that the outline shows.
+    constexpr int margin = 10;
+    const double w = workspace->get_paper_width(), h = workspace->get_paper_height();
+    const double room_w = width() - lists_width - 2 * margin, room_h = height() - 2 * margin;
+    if (w <= 0 || h <= 0 || room_w <= 0 || room_h <= 0) return 1.0f;
+    return float(std::min({1.0, room_w / w, room_h / h}));
+}
+
+float MainImpact::clamped_zoom(float value) const {
+    return std::clamp(value, std::min(0.25f, fit_zoom()), 1.0f);
+}
+
+void MainImpact::fit_raster() {
+    if (live_output) return;
+    zoom = fit_zoom();
+    const double w = workspace->get_paper_width() * double(zoom);
+    const double h = workspace->get_paper_height() * double(zoom);
+    pan = QPoint(int(std::lround((width() - lists_width - w) / 2)),
+                 int(std::lround((height() - h) / 2)));
+    m_fitted = true;
+    update();
+}
+
+void MainImpact::actual_size() {
+    zoom = 1.0f;
+    pan = QPoint(280, 0);
+    m_fitted = false;
+    update();
+}
+
 // ---------------------------------------------------------------- painting
 
 void MainImpact::paintEvent(QPaintEvent* event) {
@@ -110,7 +141,7 @@ void MainImpact::draw_second(nano2d::context* context) {
         if (const image* composite = frame.composite()) {
             // Zoom only ever shrinks the drawing: at most one raster pixel
             // to one screen pixel, at least a quarter.
-            zoom = std::clamp(zoom, 0.25f, 1.0f);
+            zoom = clamped_zoom(zoom);
             effective_zoom = live_output ? 1.0f : zoom;
             if (painter) {
                 update_view(*composite, frame.generation());
@@ -282,7 +313,7 @@ void MainImpact::draw_marks(nano2d::context* context) {
     const pointer<app_layer> current = workspace->current_layer();
     if (auto screen = std::dynamic_pointer_cast<boxes_layer>(current);
         screen && screen->CustomDataPath) {
-        zoom = std::clamp(zoom, 0.25f, 1.0f);
+        zoom = clamped_zoom(zoom);
         effective_zoom = live_output ? 1.0f : zoom;
         draw_custom_path_marks(context, *screen);
     }
@@ -495,7 +526,18 @@ bool MainImpact::hit_test_raster_label(int x, int y) const {
 void MainImpact::wheelEvent(QWheelEvent* event) {
     // One notch is 15 degrees: a step of 0.15 around the top left corner,
     // wherever the pointer is.
-    zoom += float(event->angleDelta().y()) / 8.0f / 100.0f;
+    const float step = float(event->angleDelta().y()) / 8.0f / 100.0f;
+    const float before = clamped_zoom(zoom), after = clamped_zoom(zoom + step);
+    if (!live_output && (m_fitted || before < 0.25f || after < 0.25f)) {
+        // Below the quarter, or after Fit, the wall is too large to find
+        // again from its corner: the point under the pointer stays put.
+        const QPointF at = event->position();
+        const QPointF raster = (at - QPointF(pan)) / double(before);
+        pan = (at - raster * double(after)).toPoint();
+        zoom = after;
+    } else {
+        zoom += step;
+    }
     update();
     event->accept();
 }

@@ -48,6 +48,17 @@ class MainImpact : public QWidget {
     float get_effective_zoom() const { return effective_zoom; }
     QPoint get_pan() const { return pan; }
     void set_zoom(float value);
+    // "Fit Raster": the whole raster in the canvas beside the lists,
+    // centred. "Actual Size": zoom 1 at the starting pan.
+    void fit_raster();
+    void actual_size();
+    // The zoom at which the raster fits beside the lists, at most 1.
+    float fit_zoom() const;
+    // The wheel's range: 0.25 to 1, or down to the fit zoom when the raster
+    // does not fit at 0.25.
+    float clamped_zoom(float value) const;
+    // Width the lists take on the right of the canvas.
+    static constexpr int lists_width = 280;
     bool is_live_output() const { return live_output; }
     void set_live_output(bool value) { live_output = value; }
 
@@ -146,6 +157,9 @@ class MainImpact : public QWidget {
     float zoom = 1.0f;
     float effective_zoom = 1.0f;
     QPoint pan{280, 0};
+    // Since "Fit Raster" and until "Actual Size", the wheel zooms about the
+    // pointer.
+    bool m_fitted = false;
 
     nano2d::draw2d_context m_context;
     // Where the current paint draws: the paint event's region, in the

@@ -2,6 +2,8 @@
 // The headless command-line front end: one function per command word.
 
 #include <optional>
+#include "document/workspace_host.h"
+
 #include <string>
 #include <vector>
 
@@ -20,6 +22,7 @@ int cmd_presets(const args& a);
 int cmd_route(const args& a);
 int cmd_render(const args& a);
 int cmd_export_resolume(const args& a);
+int cmd_report(const args& a);
 
 // Exit statuses.
 constexpr int exit_ok = 0;
@@ -71,6 +74,22 @@ struct parsed_args {
 parsed_args parse_args(const std::string& command, const args& a,
                        const std::vector<std::string>& known_flags, bool takes_output,
                        bool takes_layer, bool takes_format = false);
+
+// Stands in for the window during a paint: answers "Draw Current Only" and
+// keeps the messages a paint would show.
+class render_host : public workspace_host {
+  public:
+    bool is_only_current() const override { return only_current; }
+    void show_error(const std::string& message) override { errors.push_back(message); }
+
+    bool only_current = false;
+    std::vector<std::string> errors;
+};
+
+// One paint of the workspace, as the canvas does it: a raster too large to
+// draw is refused, and a layer whose data path does not fit its ports has
+// the path switched off and the paint tried again. 0 on success.
+int build_frame(Global& global, render_host& host, const std::string& file);
 
 // Text as a JSON string literal.
 std::string json_string(const std::string& text);

@@ -1,7 +1,13 @@
 #include "cli/cli.h"
 
+#include "core/atomic_file.h"
+#include "core/string_format.h"
+#include "datapath/snake.h"
 #include "document/global.h"
+#include "persistence/file_format.h"
 #include "persistence/read_report.h"
+#include "render/draw2d_context.h"
+#include "render/image_writers.h"
 
 #include <QCommandLineParser>
 #include <QRegularExpression>
@@ -32,8 +38,9 @@ const command_help commands_help[] = {
     {"presets", "presets [FILE]",
      "The preset list as the program has it at start, or the presets a\n"
      "preset FILE reads as: INDEX<TAB>NAME<TAB>WxH<TAB>COLUMNSxROWS.\n"},
-    {"route", "route FILE [--layer N]",
-     "The data path of every screen layer, or of layer N, cabinet by cabinet.\n"},
+    {"route", "route FILE [--layer N] [--json]",
+     "The data path of every screen layer, or of layer N, cabinet by cabinet;\n"
+     "with --json, the port loads of every screen layer as one JSON document.\n"},
     {"render", "render FILE... -o OUT [--format EXT] [--transparent] [--only-current]",
      "Renders the frame; the extension of OUT picks PNG, TGA, BMP, JPG or a\n"
      "layered PSD. With --format, or with several FILEs, OUT is a folder\n"
@@ -41,6 +48,9 @@ const command_help commands_help[] = {
     {"export-resolume", "export-resolume FILE -o OUT",
      "Writes the Resolume Arena screen setup (OUT with its extensions\n"
      "replaced by .xml) and prints the path written.\n"},
+    {"report", "report FILE -o OUT.pdf [--page a4|letter]",
+     "Writes the show report as a PDF: the frame, a page per screen layer\n"
+     "with its figures and port loads, and the totals of the project.\n"},
 };
 
 const command_help* find_help(const std::string& command) {
@@ -220,6 +230,41 @@ std::string json_string(const std::string& text) {
         }
     }
     return out + "\"";
+}
+
+int build_frame(Global& global, render_host& host, const std::string& file) {
+    const int W = global.get_paper_width(), H = global.get_paper_height();
+    if (!image_size_allowed((unsigned long long)W, (unsigned long long)H))
+        return file_error(file,
+                          string_format("the raster of %d by %d pixels is larger than the "
+                                        "drawable limit (at most %d pixels a side and %llu "
+                                        "pixels in all)",
+                                        W, H, max_image_side, max_image_pixels),
+                          exit_failure);
+    // A data path that does not fit its ports switches itself off and the
+    // paint is tried again, as the canvas's next paint would; each retry
+    // turns off at least one layer's path, so this ends.
+    nano2d::draw2d_context context;
+    const long long retries = global.get_layers_count() + 1;
+    for (long long attempt = 0;; ++attempt) {
+        host.errors.clear();
+        global.defer_build_frame(true, &context);
+        if (host.errors.empty()) break;
+        const bool only_data_path =
+            std::all_of(host.errors.begin(), host.errors.end(),
+                        [](const std::string& m) { return m == Snake::limit_failure_text; });
+        if (!only_data_path) {
+            for (const auto& message : host.errors)
+                if (message != Snake::limit_failure_text) file_error(file, message, exit_failure);
+            return exit_failure;
+        }
+        if (attempt >= retries)
+            return file_error(file, "the frame could not be built", exit_failure);
+        for (const auto& message : host.errors)
+            std::cerr << "tesserine: " << file << ": " << message
+                      << " (the data path of that layer is switched off)" << std::endl;
+    }
+    return exit_ok;
 }
 
 } // namespace Vantora_TesserinePro::cli

@@ -20,17 +20,6 @@ namespace Vantora_TesserinePro::cli {
 
 namespace {
 
-// Stands in for the window: answers "Draw Current Only" and keeps the
-// messages a paint would show.
-class render_host : public workspace_host {
-  public:
-    bool is_only_current() const override { return only_current; }
-    void show_error(const std::string& message) override { errors.push_back(message); }
-
-    bool only_current = false;
-    std::vector<std::string> errors;
-};
-
 // Renders INPUT into OUTPUT, whose extension decides the writer.
 int render_one(const std::string& input, const std::string& output, bool transparent,
                bool only_current) {
@@ -50,40 +39,10 @@ int render_one(const std::string& input, const std::string& output, bool transpa
     host.only_current = only_current;
     Global global(&host);
     if (int status = load_for_request(global, input); status != exit_ok) return status;
-    const int W = global.get_paper_width(), H = global.get_paper_height();
-    if (!image_size_allowed((unsigned long long)W, (unsigned long long)H))
-        return file_error(input,
-                          string_format("the raster of %d by %d pixels is larger than the "
-                                        "drawable limit (at most %d pixels a side and %llu "
-                                        "pixels in all)",
-                                        W, H, max_image_side, max_image_pixels),
-                          exit_failure);
     global.black_background = !transparent;
     global.request_save_to_file(out);
 
-    // A data path that does not fit its ports switches itself off and the
-    // paint is tried again, as the canvas's next paint would; each retry
-    // turns off at least one layer's path, so this ends.
-    nano2d::draw2d_context context;
-    const long long retries = global.get_layers_count() + 1;
-    for (long long attempt = 0;; ++attempt) {
-        host.errors.clear();
-        global.defer_build_frame(true, &context);
-        if (host.errors.empty()) break;
-        const bool only_data_path =
-            std::all_of(host.errors.begin(), host.errors.end(),
-                        [](const std::string& m) { return m == Snake::limit_failure_text; });
-        if (!only_data_path) {
-            for (const auto& message : host.errors)
-                if (message != Snake::limit_failure_text) file_error(input, message, exit_failure);
-            return exit_failure;
-        }
-        if (attempt >= retries)
-            return file_error(input, "the frame could not be built", exit_failure);
-        for (const auto& message : host.errors)
-            std::cerr << "tesserine: " << input << ": " << message
-                      << " (the data path of that layer is switched off)" << std::endl;
-    }
+    if (int status = build_frame(global, host, input); status != exit_ok) return status;
     if (!global.last_save_succeeded())
         return file_error(output, "cannot be written: " + global.last_write_error(), exit_failure);
     return exit_ok;

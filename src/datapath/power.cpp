@@ -4,11 +4,15 @@
 
 namespace Vantora_TesserinePro {
 
-float boxes_layer::calculate_power() const {
+long long boxes_layer::powered_cabinets() const {
     long long cabinets = (long long)Rows * (long long)Columns;
     if (SkipBlankBoxes) cabinets -= (long long)ExcludeBoxes.size();
+    return cabinets;
+}
+
+float boxes_layer::calculate_power() const {
     // Single precision throughout, as the figure has always been shown.
-    return float(PowerWatts) * float(cabinets) /
+    return float(PowerWatts) * float(powered_cabinets()) /
            (std::sqrt(float(PowerPhases)) * float(PowerVolts));
 }
 

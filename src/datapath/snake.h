@@ -3,6 +3,7 @@
 // onto processor ports.
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -48,6 +49,35 @@ constexpr std::uint64_t max_route_cabinets = std::uint64_t(1) << 26;
 // The route as "(COLUMN,ROW)" words joined by spaces, with S after a port's
 // first box and E after its last.
 std::string route_text(const route& r);
+
+// How full one port is: its cabinets from first to last in route order.
+struct port_load {
+    int port = 0; // from 1, within its layer
+    std::uint32_t first_column = 0, first_row = 0, last_column = 0, last_row = 0;
+    std::int64_t cabinets = 0;
+    std::int64_t pixels = 0;
+    std::int64_t area = 0; // of the bounding rectangle, "Novastar" only
+    // Of the limit, in per cent; none when the limit is not positive.
+    std::optional<double> percent;
+    bool over = false;
+    // What the limit is measured against: the area for "Novastar" (its
+    // router holds both the sum and the rectangle under the limit), else the
+    // pixels.
+    std::int64_t load = 0;
+};
+
+// The ports of a layer as drawing would split them: a port ends at a box
+// marked as its end. Hidden cabinets (skipped and excluded) count nothing.
+struct layer_loads {
+    const char* type = "novastar"; // "novastar", "other" or "custom"
+    std::int64_t limit = 0;
+    bool failed = false;
+    std::string message; // the router's failure
+    std::vector<port_load> ports;
+    // The port with the largest load, or null when there is none.
+    const port_load* fullest() const;
+};
+layer_loads port_loads(const boxes_layer& layer);
 
 } // namespace Snake
 } // namespace Vantora_TesserinePro

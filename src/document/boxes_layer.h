@@ -85,6 +85,9 @@ struct BoxesLayerDescription {
     std::vector<std::vector<std::uint32_t>> CustomPath;
 };
 
+// "%d' %.2f''" of a length in millimetres, as the size label writes it.
+string feet_and_inches(float millimetres);
+
 // Corner bit index into CornersMode.
 enum Corner : int {
     corner_top_left = 0,
@@ -143,6 +146,9 @@ class boxes_layer : public app_layer, public BoxesLayerDescription {
     string get_custom_path_string() const override;
     void set_custom_path_string(const string& text) override;
     float calculate_power() const;
+    // The cabinets that draw power: all, less the excluded ones when they
+    // are skipped.
+    long long powered_cabinets() const;
 
     // --- drawing
     void build_frame(nano2d::context* context, error_callback on_error) override;

@@ -207,6 +207,9 @@ class Global {
     void save_image_button();
     void save_png_button();
     void save_psd_button();
+    // "Export Report...": the show report of the frame as it stands, written
+    // at once; the workspace is only read.
+    void save_report_button();
     void layers_to_xml();
     // The callback of layers_to_xml for a chosen path; returns the path
     // written, empty when nothing was (cancelled or failed).

@@ -3,6 +3,7 @@
 // a drawing context.
 
 #include "document/global.h"
+#include "export/report.h"
 
 namespace Vantora_TesserinePro {
 
@@ -27,6 +28,22 @@ void Global::save_png_button() {
 void Global::save_psd_button() {
     ask_for_path({{"psd", "PSD Document"}}, true, [this](const file::path& chosen) {
         request_save_to_file(chosen.with_all_extensions(".psd"));
+    });
+}
+
+void Global::save_report_button() {
+    ask_for_path({{"pdf", "PDF Report"}}, true, [this](const file::path& chosen) {
+        const file::path out = chosen.with_all_extensions(".pdf");
+        report_options options;
+        // The project has no name of its own: the report is named by its file.
+        options.name = out.name().substr(0, out.name().find('.'));
+        std::string error;
+        {
+            const frame_view frame = read_frame();
+            error =
+                write_report(*this, frame.composite() ? *frame.composite() : image(), out, options);
+        }
+        if (!error.empty()) show_error("The report could not be written: " + error);
     });
 }
 

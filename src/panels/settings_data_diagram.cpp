@@ -1,12 +1,17 @@
 #include "panels/settings_data_diagram.h"
 
+#include "datapath/snake.h"
 #include "document/boxes_layer.h"
 #include "document/global.h"
 #include "panels/widgets/fields.h"
 #include "panels/widgets/pictures.h"
 #include "panels/widgets/small_widgets.h"
 
+#include "panels/look.h"
+
 #include <QGridLayout>
+#include <QLabel>
+#include <QLocale>
 #include <QVBoxLayout>
 
 namespace Vantora_TesserinePro {
@@ -129,6 +134,14 @@ SettingsDataDiagram::SettingsDataDiagram(QWidget* parent, Global* global)
     column->addWidget(m_choicer, 0, Qt::AlignHCenter);
     column->addSpacing(6);
     column->addWidget(m_second, 0, Qt::AlignHCenter);
+    m_port_line = new QLabel(body());
+    m_port_line->setObjectName("PortLoads");
+    m_port_line->setFont(look::sans(14));
+    m_port_line->setWordWrap(true);
+    m_port_line->setFixedWidth(300);
+    m_port_line->setAlignment(Qt::AlignCenter);
+    column->addSpacing(4);
+    column->addWidget(m_port_line, 0, Qt::AlignHCenter);
     add_children_to_tab_order<W_SnakeSecondParams, W_SnakeChoicer>(body());
     layout()->setSizeConstraint(QLayout::SetFixedSize);
 }
@@ -136,6 +149,39 @@ SettingsDataDiagram::SettingsDataDiagram(QWidget* parent, Global* global)
 void SettingsDataDiagram::get_settings_from_layer(const pointer<boxes_layer>& layer) {
     m_choicer->get_settings_from_layer(layer);
     m_second->get_settings_from_layer(layer);
+    update_port_line();
+}
+
+void SettingsDataDiagram::post_port_line() {
+    if (m_port_line_posted) return;
+    m_port_line_posted = true;
+    QMetaObject::invokeMethod(
+        this, [this] { update_port_line(); }, Qt::QueuedConnection);
+}
+
+void SettingsDataDiagram::update_port_line() {
+    m_port_line_posted = false;
+    const pointer<boxes_layer> layer = current_boxes_layer();
+    QString text;
+    bool warn = false;
+    if (layer) {
+        const Snake::layer_loads loads = Snake::port_loads(*layer);
+        const QLocale english(QLocale::English);
+        text = QString("Ports: %1").arg(loads.ports.size());
+        if (loads.failed) {
+            text += QString(" \u00b7 ") + QString::fromStdString(loads.message);
+            warn = true;
+        } else if (const Snake::port_load* p = loads.fullest()) {
+            text += " \u00b7 fullest ";
+            if (p->percent) text += QString::number(*p->percent, 'f', 1) + "% (";
+            text += english.toString(qlonglong(p->load)) + " px";
+            if (p->percent) text += ")";
+            warn = p->over;
+        }
+    }
+    if (text != m_port_line->text()) m_port_line->setText(text);
+    static const QColor warning(0xff, 0x70, 0x50);
+    look::set_text_color(m_port_line, warn ? warning : look::text);
 }
 
 } // namespace Vantora_TesserinePro

@@ -6,6 +6,8 @@
 
 #include <vector>
 
+class QLabel;
+
 namespace Vantora_TesserinePro {
 
 class CheckboxWithFocus;
@@ -46,9 +48,18 @@ class SettingsDataDiagram : public SettingsBaseWindow {
     W_SnakeChoicer* choicer() const { return m_choicer; }
     W_SnakeSecondParams* second_params() const { return m_second; }
 
+    // The line under "Pixel Limit": the current layer's port count and its
+    // fullest port. Any edit may change it; edits between two turns of the
+    // event loop cost one route.
+    QLabel* port_line() const { return m_port_line; }
+    void post_port_line();
+    void update_port_line();
+
   private:
     W_SnakeChoicer* m_choicer;
     W_SnakeSecondParams* m_second;
+    QLabel* m_port_line;
+    bool m_port_line_posted = false;
 };
 
 } // namespace Vantora_TesserinePro

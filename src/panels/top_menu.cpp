@@ -112,6 +112,7 @@ const std::map<std::string, command>& command_table() {
         {"Export PNG...", [](Global& g, MainScreen*) { g.save_png_button(); }},
         {"Export PSD...", [](Global& g, MainScreen*) { g.save_psd_button(); }},
         {"Export Resolume Arena...", [](Global& g, MainScreen*) { g.layers_to_xml(); }},
+        {"Export Report...", [](Global& g, MainScreen*) { g.save_report_button(); }},
         {"Add Screen Layer", [](Global& g, MainScreen*) { g.new_boxes_layer(); }},
         {"Add Image Layer", [](Global& g, MainScreen*) { TopMenuSubmenu::addImageLayer(&g); }},
         {"Set Logo Layer", [](Global& g, MainScreen*) { g.setLogoLayer(); }},
@@ -135,6 +136,14 @@ const std::map<std::string, command>& command_table() {
         {"Path Pattern 6", pattern<5>()},
         {"Path Pattern 7", pattern<6>()},
         {"Path Pattern 8", pattern<7>()},
+        {"Fit Raster",
+         [](Global&, MainScreen* screen) {
+             if (screen && screen->main_impact()) screen->main_impact()->fit_raster();
+         }},
+        {"Actual Size",
+         [](Global&, MainScreen* screen) {
+             if (screen && screen->main_impact()) screen->main_impact()->actual_size();
+         }},
         {"Screen Info", show<&MainScreen::showScreenInfo>()},
         {"Labels Info", show<&MainScreen::showLabelsInfo>()},
         {"Data tools", show<&MainScreen::showDataTools>()},

@@ -21,15 +21,14 @@ constexpr std::uint32_t name_text = 0xFF000000;
 constexpr std::uint32_t name_background = 0xCCFFFFFF;
 constexpr int centred = nano2d::align_center | nano2d::align_middle; // 18
 
-// "%d' %.2f''" of a length in millimetres.
+} // namespace
+
 string feet_and_inches(float millimetres) {
     const float feet = millimetres * 0.0032808399f;
     float whole = 0.0f;
     const float fraction = std::modf(feet, &whole);
     return string_format("%d' %.2f''", int(whole), double(fraction * 12.0f));
 }
-
-} // namespace
 
 void boxes_layer::build_frame(nano2d::context* context, error_callback on_error) {
     const int w = get_width();

@@ -4,11 +4,13 @@
 
 #include "core/data_folder.h"
 #include "datapath/snake.h"
+#include "panels/look.h"
 #include "support/test_support.h"
 #include "window/window_fixture.h"
 
 #include <QFile>
 #include <QMouseEvent>
+#include <QWheelEvent>
 
 using namespace Vantora_TesserinePro;
 using namespace Vantora_TesserinePro::testing;
@@ -244,4 +246,50 @@ TEST_F(editing, MovingTheLogoSavesIt) {
     EXPECT_EQ(logo->get_offset_x(), 530);
     EXPECT_TRUE(QFile::exists(file));
     EXPECT_TRUE(read_file(file.toStdString()).find("OffsetX:530") != std::string::npos);
+}
+
+TEST_F(editing, FitShowsAn8kRasterCentredAndEditsLandAsAtActualSize) {
+    window->resize(1600, 900);
+    QCoreApplication::processEvents();
+    global->set_paper_width(7680);
+    global->set_paper_height(4320);
+    screen_layer->set_offset_x(300);
+    screen_layer->set_offset_y(300);
+    // A Shift drag towards the right edge of the raster, where it snaps.
+    const auto move_to_edge = [&] {
+        drag(at(800, 600), at(800 + 6650 - 300, 600), Qt::ShiftModifier);
+        return QPoint(screen_layer->get_offset_x(), screen_layer->get_offset_y());
+    };
+    QTest::keyClick(canvas, Qt::Key_0, Qt::ControlModifier);
+    canvas->repaint();
+    const float z = canvas->get_effective_zoom();
+    ASSERT_LT(z, 0.25f);
+    // Beside the lists, with even margins.
+    const int room = canvas->width() - MainImpact::lists_width;
+    const QPoint corner = at(7680, 4320);
+    EXPECT_NEAR(canvas->get_pan().x(), room - corner.x(), 2);
+    EXPECT_NEAR(canvas->get_pan().y(), canvas->height() - corner.y(), 2);
+    EXPECT_GE(canvas->get_pan().x(), 0);
+    EXPECT_GE(canvas->get_pan().y(), 0);
+    const QImage seen = canvas_pixels();
+    EXPECT_NE(seen.pixel(at(800, 600)), look::screen_background.rgb()); // the wall
+    EXPECT_EQ(seen.pixel(room + 5, 400), look::screen_background.rgb());
+
+    const QPoint fitted = move_to_edge();
+    EXPECT_EQ(fitted, QPoint(7680 - 1024, 300));
+    // The wheel keeps the raster point under the pointer after Fit.
+    const QPoint under = at(5000, 2000);
+    QWheelEvent e(QPointF(under), canvas->mapToGlobal(QPointF(under)), QPoint(), QPoint(0, 120),
+                  Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(canvas, &e);
+    canvas->repaint();
+    EXPECT_FLOAT_EQ(canvas->get_effective_zoom(), z + 0.15f);
+    EXPECT_LE((at(5000, 2000) - under).manhattanLength(), 2);
+
+    QTest::keyClick(canvas, Qt::Key_0, Qt::ControlModifier | Qt::ShiftModifier);
+    canvas->repaint();
+    EXPECT_FLOAT_EQ(canvas->get_effective_zoom(), 1.0f);
+    EXPECT_EQ(canvas->get_pan(), QPoint(280, 0));
+    screen_layer->set_offset_x(300);
+    EXPECT_EQ(move_to_edge(), fitted);
 }

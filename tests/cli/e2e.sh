@@ -62,6 +62,40 @@ same "$(cat out.txt)" 'layer 2 "Right": (0,0)E (0,1)E'
 expect 0 "$BIN" route --layer 0 stack.tsrx
 same "$(cat out.txt)" 'layer 0 "Left "wall"": (0,0)S (1,0)E'
 
+# --json: the port loads of every type, a failed router and an image layer
+# between, against the golden file.
+project loads.tsrx 1920 1080 \
+  "$(wall 'Left "wall"' SnakeLimit:800 SnakeMode:0 'ExcludeBoxes:65537')" \
+  "$(record 2 "$(printf 'Name:Picture\nOffsetX:0')")" \
+  "$(wall Tight SnakeLimit:300 SnakeMode:0)" "$(wall Other DataDiagramType:1 SnakeLimit:500)" \
+  "$(wall Custom CustomDataPath:1 SnakeLimit:250 'CustomPath:0,65536,131072|2|65538,131074')" \
+  "$(wall Free SnakeLimit:-1 SnakeMode:4)"
+expect 0 "$BIN" route loads.tsrx --json
+cmp -s out.txt "$(dirname "${BASH_SOURCE[0]}")/../data/route_loads.json" && ok ||
+  fail "route --json differs from route_loads.json: $(diff out.txt "$(dirname "${BASH_SOURCE[0]}")/../data/route_loads.json" | head -20)"
+python3 -c 'import json; json.load(open("out.txt"))' && ok || fail "route --json is not JSON"
+expect 0 "$BIN" route loads.tsrx --json --layer 3
+contains out.txt '"type": "other", "limit": 500'
+
+# --- report -------------------------------------------------------------
+# The same project as a PDF: its text against the golden file, a page per
+# screen layer between the frame and the totals, the frame embedded as
+# render draws it, pixel for pixel, and a write that fails.
+SOURCE_DATE_EPOCH=1767225600 expect 0 "$BIN" report loads.tsrx -o loads.pdf
+pdftotext loads.pdf loads.txt
+cmp -s loads.txt "$(dirname "${BASH_SOURCE[0]}")/../data/report_loads.txt" && ok ||
+  fail "report text differs from report_loads.txt: $(diff loads.txt "$(dirname "${BASH_SOURCE[0]}")/../data/report_loads.txt" | head -20)"
+same "$(pdfinfo loads.pdf | sed -n 's/^Pages: *//p')" 7
+expect 0 "$BIN" report loads.tsrx -o letter.pdf --page letter
+contains <(pdfinfo letter.pdf) "792 x 612 pts (letter)"
+expect 0 "$BIN" render loads.tsrx -o loads.png
+pdfimages -png loads.pdf frame
+same "$(compare -metric AE frame-000.png loads.png null: 2>&1)" 0
+expect 2 "$BIN" report loads.tsrx -o loads.txt
+expect 2 "$BIN" report loads.tsrx -o x.pdf --page a3
+expect 1 "$BIN" report loads.tsrx -o missing/kept.pdf
+contains err.txt "cannot be written"
+
 # Bad --layer values: a clear message on standard error, status 2, nothing
 # on standard output.
 for bad in 1 3 -1 x 1x ""; do

@@ -19,7 +19,14 @@ using namespace Vantora_TesserinePro::testing;
 
 namespace {
 
+constexpr int novastar = 0;
+constexpr int other_type = 1;
+const std::string limit_text = Snake::limit_failure_text;
+
 struct route_test : wall_test {
+    void exclude(std::uint32_t column, std::uint32_t row) {
+        layer->ExcludeBoxes.add(box_id(column, row));
+    }
     // The route as text, or the failure text when the router fails.
     std::string route() {
         try {
@@ -75,6 +82,37 @@ struct route_test : wall_test {
         std::snprintf(out, sizeof out, "%04x\n", (h ^ (h >> 16)) & 0xFFFF);
         return out;
     }
+};
+
+// Port loads on the 4 by 3 wall: per port "NUMBER (FIRST)-(LAST) CABINETS
+// PIXELS AREA PERCENT", "!" when over the limit, "-" for no limit.
+constexpr int custom = 2;
+struct loads_case {
+    int type, mode, limit;
+    const char* excluded;
+    int skip;
+    std::string expected;
+};
+const loads_case loads_cases[] = {
+    {novastar, 0, 800, "", 1, "1 (0,0)-(0,1) 8 800 800 100.0 | 2 (0,2)-(3,2) 4 400 400 50.0"},
+    // The excluded cabinet leaves the pixels but not the rectangle.
+    {novastar, 0, 800, "(1,1)", 1, "1 (0,0)-(0,1) 7 700 800 100.0 | 2 (0,2)-(3,2) 4 400 400 50.0"},
+    {novastar, 0, 700, "(1,1)", 0,
+     "1 (0,0)-(3,0) 4 400 400 57.1 | 2 (0,1)-(3,1) 4 400 400 57.1 | 3 (0,2)-(3,2) 4 400 400 57.1"},
+    {novastar, 0, 700, "(1,1) (2,1)", 1,
+     "1 (0,0)-(3,0) 4 400 400 57.1 | 2 (0,1)-(3,1) 2 200 400 57.1 | 3 (0,2)-(3,2) 4 400 400 57.1"},
+    {novastar, 4, 300, "", 1,
+     "1 (0,0)-(0,2) 3 300 300 100.0 | 2 (1,0)-(1,2) 3 300 300 100.0 | "
+     "3 (2,0)-(2,2) 3 300 300 100.0 | 4 (3,0)-(3,2) 3 300 300 100.0"},
+    {novastar, 0, 300, "", 1, "failed: " + limit_text},
+    {novastar, 0, -1, "", 1, "1 (0,0)-(3,2) 12 1200 1200 -"},
+    {other_type, 0, 500, "", 1,
+     "1 (0,0)-(3,1) 5 500 0 100.0 | 2 (2,1)-(1,2) 5 500 0 100.0 | 3 (2,2)-(3,2) 2 200 0 40.0"},
+    {other_type, 0, 900, "", 1, "1 (0,0)-(0,2) 9 900 0 100.0 | 2 (1,2)-(3,2) 3 300 0 33.3"},
+    {other_type, 0, 800, "(1,1)", 1, "1 (0,0)-(0,2) 8 800 0 100.0 | 2 (1,2)-(3,2) 3 300 0 37.5"},
+    // A custom path is not held to its limit; a run of one joins the next, as drawn.
+    {custom, 0, 500, "(2,0)", 1, "1 (0,0)-(2,1) 5 500 0 100.0 | 2 (0,2)-(2,2) 3 300 0 60.0"},
+    {custom, 0, 500, "(2,0)", 0, "1 (0,0)-(2,1) 6 600 0 120.0! | 2 (0,2)-(2,2) 3 300 0 60.0"},
 };
 
 } // namespace
@@ -161,6 +199,40 @@ TEST_F(route_test, RandomWallsKeepTheirRoutes) {
     }
     EXPECT_TRUE(matches_golden(got, "route_fingerprints.txt"))
         << "line N of the file is wall N (20000 small ones, then 200 long)";
+}
+
+TEST_F(route_test, PortLoads) {
+    for (const loads_case& c : loads_cases) {
+        layer->ExcludeBoxes.clear();
+        std::istringstream words(c.excluded);
+        for (std::string w; words >> w;) {
+            unsigned column = 0, row = 0;
+            std::sscanf(w.c_str(), "(%u,%u)", &column, &row);
+            exclude(column, row);
+        }
+        layer->SkipBlankBoxes = c.skip;
+        layer->CustomDataPath = c.type == custom;
+        layer->CustomPath = {
+            {box_id(0, 0), box_id(1, 0), box_id(2, 0), box_id(3, 0), box_id(3, 1), box_id(2, 1)},
+            {box_id(0, 2)},
+            {box_id(1, 2), box_id(2, 2)}};
+        route(c.type == custom ? novastar : c.type, c.mode, c.limit);
+        const Snake::layer_loads loads = Snake::port_loads(*layer);
+        std::string text = loads.failed ? "failed: " + loads.message : "";
+        char figure[128];
+        for (const auto& p : loads.ports) {
+            std::snprintf(figure, sizeof figure, "%s%d (%u,%u)-(%u,%u) %lld %lld %lld ",
+                          text.empty() ? "" : " | ", p.port, p.first_column, p.first_row,
+                          p.last_column, p.last_row, (long long)p.cabinets, (long long)p.pixels,
+                          (long long)p.area);
+            text += figure;
+            if (p.percent) std::snprintf(figure, sizeof figure, "%.1f", *p.percent);
+            text += p.percent ? figure : "-";
+            if (p.over) text += '!';
+        }
+        EXPECT_EQ(text, c.expected) << "case " << (&c - loads_cases);
+        EXPECT_STREQ(loads.type, c.type == custom ? "custom" : c.type ? "other" : "novastar");
+    }
 }
 
 TEST_F(route_test, AbsurdWallIsRefusedAndRoutingChangesNothing) {

@@ -59,15 +59,19 @@ TEST_F(export_commands, ExtensionRules) {
         {&Global::layers_to_xml, "wall.v2.txt", "wall.xml"},
         {&Global::layers_to_xml, "one", "one.xml"},
         {&Global::layers_to_xml, ".setup", ".setup.xml"},
+        {&Global::save_report_button, "show.v2.txt", "show.pdf"},
     };
     for (const auto& c : cases)
         EXPECT_EQ(target(c.c, c.answer), c.target) << c.answer;
 }
 
-TEST_F(export_commands, ResolumeExportWritesAtOnce) {
+TEST_F(export_commands, ResolumeExportAndReportWriteAtOnce) {
     global.changed = 0;
     EXPECT_EQ(target(&Global::layers_to_xml, "wall.xml"), "wall.xml");
     EXPECT_NE(read_file((dir.path() + "/wall.xml").toStdString()).find("value=\"Wall\""),
               std::string::npos);
+    EXPECT_EQ(target(&Global::save_report_button, "wall"), "wall.pdf");
+    EXPECT_EQ(read_file((dir.path() + "/wall.pdf").toStdString()).rfind("%PDF-", 0), 0u);
     EXPECT_FALSE(global.is_changed()); // the stack is not touched
+    EXPECT_TRUE(host.errors.empty());
 }

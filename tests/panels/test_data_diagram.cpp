@@ -87,3 +87,28 @@ TEST_F(data_diagram, FillsFromTheLayerWithoutRunningCallbacks) {
     EXPECT_TRUE(s->custom_path->isChecked());
     EXPECT_EQ(s->pixel_limit->value(), 777);
 }
+
+TEST_F(data_diagram, PortLineFollowsEveryEdit) {
+    auto* palette = screen->settings_data_diagram();
+    const pointer<boxes_layer> l = layer();
+    l->Columns = 4, l->Rows = 3, l->Width = 10, l->Height = 10, l->SnakeMode = 0;
+    l->DataDiagramType = 0;
+    const auto line = [&](int limit) {
+        type(second()->pixel_limit, limit);
+        QCoreApplication::processEvents();
+        return palette->port_line()->text();
+    };
+    const QString dot = QString::fromUtf8(" \u00b7 ");
+    const QColor normal = palette->port_line()->palette().color(QPalette::WindowText);
+    EXPECT_EQ(line(800), "Ports: 2" + dot + "fullest 100.0% (800 px)");
+    EXPECT_EQ(line(700), "Ports: 3" + dot + "fullest 57.1% (400 px)");
+    EXPECT_EQ(palette->port_line()->palette().color(QPalette::WindowText), normal);
+    EXPECT_EQ(line(300), "Ports: 0" + dot + "Some panels consume more pixels then limit used.");
+    EXPECT_NE(palette->port_line()->palette().color(QPalette::WindowText), normal);
+    EXPECT_EQ(line(-1), "Ports: 1" + dot + "fullest 1,200 px");
+    // A custom path is not held to the limit: over it, the line warns.
+    l->CustomPath = {{box_id(0, 0), box_id(1, 0), box_id(2, 0)}};
+    click(second()->custom_path);
+    EXPECT_EQ(line(250), "Ports: 1" + dot + "fullest 120.0% (300 px)");
+    EXPECT_NE(palette->port_line()->palette().color(QPalette::WindowText), normal);
+}

@@ -1,0 +1,292 @@
+// The show report, written with Qt's own PDF writer: text stays text (it can
+// be searched and copied), tables are lines, and the frame is embedded
+// without loss at its own resolution.
+
+#include "export/report.h"
+
+#include "core/atomic_file.h"
+#include "core/string_format.h"
+#include "datapath/snake.h"
+#include "document/boxes_layer.h"
+#include "document/global.h"
+#include "document/image_layer.h"
+
+#include <QBuffer>
+#include <QDateTime>
+#include <QPainter>
+#include <QPdfWriter>
+
+#include <cstdlib>
+#include <vector>
+
+namespace Vantora_TesserinePro {
+
+namespace {
+
+// One point is one unit: the writer works at 72 dots per inch.
+constexpr double row_height = 15;
+constexpr double padding = 4;
+const QColor rule(0x80, 0x80, 0x80);
+const QColor header_fill(0xe4, 0xe4, 0xe4);
+const QColor over_text(0xb0, 0x20, 0x10);
+
+QFont report_font(double points, bool bold = false) {
+    QFont f("DejaVu Sans");
+    f.setPointSizeF(points);
+    f.setBold(bold);
+    // No ligatures, so that "ff" stays two letters when the text is
+    // searched or copied.
+    f.setStyleStrategy(QFont::PreferNoShaping);
+    return f;
+}
+
+QString q(const std::string& s) {
+    return QString::fromStdString(s);
+}
+
+// Lays text and tables down the page, starting a new page where one is full.
+class page_writer {
+  public:
+    page_writer(QPdfWriter& writer, QPainter& painter)
+        : m_writer(writer), m_painter(painter), m_width(writer.width()), m_height(writer.height()) {
+    }
+
+    double width() const { return m_width; }
+    double height() const { return m_height; }
+    double y = 0;
+
+    void new_page() {
+        m_writer.newPage();
+        y = 0;
+    }
+    void room_for(double h) {
+        if (y > 0 && y + h > m_height) new_page();
+    }
+    void heading(const QString& text, double points) {
+        room_for(points * 2 + row_height * 3);
+        m_painter.setFont(report_font(points, true));
+        m_painter.setPen(Qt::black);
+        m_painter.drawText(QRectF(0, y, m_width, points * 1.6), Qt::AlignLeft | Qt::AlignVCenter,
+                           text);
+        y += points * 1.6 + 4;
+    }
+    void line(const QString& text, const QColor& colour = Qt::black) {
+        room_for(row_height);
+        m_painter.setFont(report_font(9));
+        m_painter.setPen(colour);
+        m_painter.drawText(QRectF(0, y, m_width, row_height), Qt::AlignLeft | Qt::AlignVCenter,
+                           text);
+        y += row_height;
+    }
+    // Columns as shares of the width; a header row, when given, comes again
+    // at the top of each page the table runs on to. A row whose last cell
+    // ends with " over" is drawn in the warning colour.
+    void table(const std::vector<double>& shares, const QStringList& header,
+               const std::vector<QStringList>& rows) {
+        if (!header.isEmpty()) row(shares, header, true);
+        for (const QStringList& cells : rows) {
+            if (y + row_height > m_height) {
+                new_page();
+                if (!header.isEmpty()) row(shares, header, true);
+            }
+            row(shares, cells, false);
+        }
+        y += row_height * 0.6;
+    }
+
+  private:
+    void row(const std::vector<double>& shares, const QStringList& cells, bool header) {
+        room_for(row_height * (header ? 2 : 1));
+        const QFont font = report_font(9, header);
+        m_painter.setFont(font);
+        const QFontMetricsF metrics(font, &m_writer);
+        const bool over = !header && !cells.isEmpty() && cells.back().endsWith(" over");
+        double x = 0;
+        for (std::size_t i = 0; i < shares.size(); ++i) {
+            const QRectF cell(x, y, shares[i] * m_width, row_height);
+            if (header) m_painter.fillRect(cell, header_fill);
+            m_painter.setPen(QPen(rule, 0.5));
+            m_painter.drawRect(cell);
+            m_painter.setPen(over ? over_text : QColor(Qt::black));
+            const QString text = i < std::size_t(cells.size()) ? cells[int(i)] : QString();
+            const QRectF inside = cell.adjusted(padding, 0, -padding, 0);
+            m_painter.drawText(inside, Qt::AlignLeft | Qt::AlignVCenter,
+                               metrics.elidedText(text, Qt::ElideRight, inside.width()));
+            x += cell.width();
+        }
+        y += row_height;
+    }
+
+    QPdfWriter& m_writer;
+    QPainter& m_painter;
+    double m_width, m_height;
+};
+
+const char* type_name(const boxes_layer& layer) {
+    if (layer.CustomDataPath) return "Custom Path";
+    return layer.DataDiagramType == 0 ? "Novastar" : "Other Type";
+}
+
+struct totals {
+    long long cabinets = 0, pixels = 0, ports = 0, watts = 0;
+    double amperes = 0;
+};
+
+void first_page(page_writer& page, QPainter& painter, const Global& global, const image& frame,
+                const report_options& options) {
+    const int W = global.get_paper_width(), H = global.get_paper_height();
+    page.heading(q(options.name.empty() ? "Untitled" : options.name), 20);
+    page.line(q(string_format("Raster %d \u00d7 %d px \u00b7 %s", W, H, options.date.c_str())));
+    page.y += 6;
+    if (frame.isNull()) {
+        page.line("No frame was built.");
+        return;
+    }
+    // Opaque, as the frame shows on the canvas; at most 8K wide.
+    QImage shown = frame.convertToFormat(QImage::Format_RGB32);
+    const bool scaled = shown.width() > report_frame_width_limit;
+    if (scaled)
+        shown =
+            shown.scaled(report_frame_width_limit,
+                         std::max(1, int(std::llround(double(shown.height()) *
+                                                      report_frame_width_limit / shown.width()))),
+                         Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    const double room_h = page.height() - page.y - (scaled ? row_height + 4 : 0);
+    const double z = std::min(page.width() / shown.width(), room_h / shown.height());
+    const QRectF at((page.width() - shown.width() * z) / 2, page.y, shown.width() * z,
+                    shown.height() * z);
+    painter.drawImage(at, shown);
+    page.y = at.bottom() + 4;
+    if (scaled)
+        page.line(q(string_format("The frame of %d \u00d7 %d px is embedded scaled to %d px wide.",
+                                  frame.width(), frame.height(), report_frame_width_limit)));
+}
+
+void screen_page(page_writer& page, const boxes_layer& layer, long long index, totals& sum) {
+    page.new_page();
+    page.heading(q(string_format("Screen layer %lld: ", index)) + q(layer.get_name()) +
+                     (layer.is_hidden() ? " (hidden)" : ""),
+                 14);
+    const float metres_w = layer.get_full_columns() * layer.PhysW;
+    const float metres_h = layer.get_full_rows() * layer.PhysH;
+    std::string grid = string_format("%d \u00d7 %d", layer.Columns, layer.Rows);
+    if (layer.HalfColumns.any())
+        grid += string_format(" (with halves %.1f \u00d7 %.1f)", double(layer.get_full_columns()),
+                              double(layer.get_full_rows()));
+    const long long powered = layer.powered_cabinets();
+    const long long watts = (long long)layer.PowerWatts * powered;
+    const float amperes = layer.calculate_power();
+    const std::vector<QStringList> figures = {
+        {"Offset", q(string_format("%d, %d px", layer.get_offset_x(), layer.get_offset_y()))},
+        {"Cabinet", q(string_format("%d \u00d7 %d px", layer.Width, layer.Height))},
+        {"Columns \u00d7 rows", q(grid)},
+        {"Cabinets", q(string_format("%zu excluded, %lld in use", layer.ExcludeBoxes.size(),
+                                     layer.cabinet_count()))},
+        {"Resolution", q(string_format("%d \u00d7 %d px", layer.get_width(), layer.get_height()))},
+        {"Physical size",
+         q(string_format("%.2f m \u00d7 %.2f m \u00b7 %s \u00d7 %s", double(metres_w / 1000.0f),
+                         double(metres_h / 1000.0f), feet_and_inches(metres_w).c_str(),
+                         feet_and_inches(metres_h).c_str()))},
+        {"Data path", q(string_format("%s, pattern %d, limit %d px", type_name(layer),
+                                      layer.SnakeMode + 1, layer.SnakeLimit))},
+        {"Power",
+         q(string_format("%d W per cabinet, %d V, %d %s", layer.PowerWatts, layer.PowerVolts,
+                         layer.PowerPhases, layer.PowerPhases == 1 ? "phase" : "phases"))},
+        {"Total power", q(string_format("%lld W, %.2f A", watts, double(amperes)))},
+    };
+    page.table({0.25, 0.75}, {}, figures);
+
+    page.heading("Port loads", 11);
+    const Snake::layer_loads loads = Snake::port_loads(layer);
+    const bool novastar = std::string(loads.type) == "novastar";
+    if (loads.failed) {
+        page.line(q("The router fails: " + loads.message), over_text);
+    } else if (loads.ports.empty()) {
+        page.line("No cabinet is on the data path.");
+    } else {
+        std::vector<QStringList> rows;
+        for (const auto& p : loads.ports) {
+            QString share = p.percent ? q(string_format("%.2f %%", *p.percent)) : "no limit";
+            if (p.over) share += " over";
+            rows.push_back(
+                {QString::number(p.port), q(string_format("%u, %u", p.first_column, p.first_row)),
+                 q(string_format("%u, %u", p.last_column, p.last_row)), QString::number(p.cabinets),
+                 QString::number(p.pixels), novastar ? QString::number(p.area) : QString(), share});
+        }
+        page.table({0.08, 0.14, 0.14, 0.14, 0.16, 0.16, 0.18},
+                   {"Port", "First", "Last", "Cabinets", "Pixels", "Area", "Share of limit"}, rows);
+    }
+    sum.cabinets += layer.cabinet_count();
+    sum.pixels += (long long)layer.get_width() * layer.get_height();
+    sum.ports += (long long)loads.ports.size();
+    sum.watts += watts;
+    sum.amperes += double(amperes);
+}
+
+} // namespace
+
+std::string report_date() {
+    QDateTime when = QDateTime::currentDateTimeUtc();
+    if (const char* epoch = std::getenv("SOURCE_DATE_EPOCH")) {
+        char* end = nullptr;
+        const long long seconds = std::strtoll(epoch, &end, 10);
+        if (end != epoch && *end == '\0') when = QDateTime::fromSecsSinceEpoch(seconds, Qt::UTC);
+    }
+    return when.date().toString(Qt::ISODate).toStdString();
+}
+
+std::string write_report(const Global& global, const image& frame, const file::path& out,
+                         const report_options& given) {
+    report_options options = given;
+    if (options.date.empty()) options.date = report_date();
+    QByteArray bytes;
+    {
+        QBuffer buffer(&bytes);
+        buffer.open(QIODevice::WriteOnly);
+        QPdfWriter writer(&buffer);
+        writer.setResolution(72);
+        writer.setTitle(q(options.name));
+        writer.setCreator("Tesserine");
+        writer.setPageLayout(
+            QPageLayout(QPageSize(options.letter ? QPageSize::Letter : QPageSize::A4),
+                        QPageLayout::Landscape, QMarginsF(28, 28, 28, 28), QPageLayout::Point));
+        QPainter painter;
+        if (!painter.begin(&writer)) return "the PDF writer could not start";
+        painter.setRenderHint(QPainter::LosslessImageRendering);
+        page_writer page(writer, painter);
+        first_page(page, painter, global, frame, options);
+
+        totals sum;
+        std::vector<QStringList> pictures;
+        for (long long i = 0; i < global.get_layers_count(); ++i) {
+            const pointer<app_layer> layer = global.get_layer(i);
+            if (!layer) continue;
+            if (layer->get_layer_type() == e_layer_boxes)
+                screen_page(page, static_cast<const boxes_layer&>(*layer), i, sum);
+            else
+                pictures.push_back(
+                    {q(layer->get_name()),
+                     q(string_format("%d \u00d7 %d px", layer->get_width(), layer->get_height())),
+                     q(string_format("%d, %d px", layer->get_offset_x(), layer->get_offset_y()))});
+        }
+
+        page.new_page();
+        page.heading("Totals", 14);
+        page.table({0.2, 0.2, 0.2, 0.2, 0.2}, {"Cabinets", "Pixels", "Ports", "Watts", "Amperes"},
+                   {{QString::number(sum.cabinets), QString::number(sum.pixels),
+                     QString::number(sum.ports), QString::number(sum.watts),
+                     q(string_format("%.2f", sum.amperes))}});
+        if (!pictures.empty()) {
+            page.heading("Image layers", 11);
+            page.table({0.5, 0.25, 0.25}, {"Name", "Size", "Offset"}, pictures);
+        }
+        if (!painter.end()) return "the PDF could not be finished";
+    }
+    std::string error;
+    if (!write_file_atomically(out.string(), std::string_view(bytes.constData(), bytes.size()),
+                               &error))
+        return error;
+    return {};
+}
+
+} // namespace Vantora_TesserinePro
