@@ -272,8 +272,9 @@ TEST_F(editing, FitShowsAn8kRasterCentredAndEditsLandAsAtActualSize) {
     EXPECT_GE(canvas->get_pan().x(), 0);
     EXPECT_GE(canvas->get_pan().y(), 0);
     const QImage seen = canvas_pixels();
-    EXPECT_NE(seen.pixel(at(800, 600)), look::screen_background.rgb()); // the wall
-    EXPECT_EQ(seen.pixel(room + 5, 400), look::screen_background.rgb());
+    const auto px = [&](QPoint p) { return seen.pixel(p * seen.devicePixelRatio()); };
+    EXPECT_NE(px(at(800, 600)), look::screen_background.rgb()); // the wall
+    EXPECT_EQ(px(QPoint(room + 5, 400)), look::screen_background.rgb());
 
     const QPoint fitted = move_to_edge();
     EXPECT_EQ(fitted, QPoint(7680 - 1024, 300));

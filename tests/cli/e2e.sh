@@ -222,7 +222,7 @@ expect 0 "$BIN" --version && grep -qE '^tesserine [0-9]+\.[0-9]+$' out.txt && ok
 for words in --help -h help; do
   expect 0 "$BIN" $words && contains out.txt "       tesserine COMMAND --help"
 done
-expect 0 "$BIN" route --help && same "$(head -n 1 out.txt)" "usage: tesserine route FILE [--layer N]"
+expect 0 "$BIN" route --help && same "$(head -n 1 out.txt)" "usage: tesserine route FILE [--layer N] [--json]"
 
 # --- failed writes leave earlier files whole ------------------------------
 mkdir locked

@@ -104,6 +104,8 @@ ctrl+5            -     Path Pattern 5
 ctrl+6            -     Path Pattern 6
 ctrl+7            -     Path Pattern 7
 ctrl+8            -     Path Pattern 8
+ctrl+0            -     Fit Raster
+ctrl+shift+0      -     Actual Size
 # Window: the digits with Shift type "$%^&*(" here
 ctrl+shift+4      -     Screen Info
 ctrl+shift+5      -     Labels Info
