@@ -322,10 +322,10 @@ string document_history::step_name(const document_state& before, const document_
     const pairs old_values = key_values(before.prints[first]);
     const pairs new_values = key_values(after.prints[first]);
     std::vector<string> keys;
-    for (const auto& [k, v] : new_values) {
+    for (const auto& kv : new_values) {
         auto it = std::find_if(old_values.begin(), old_values.end(),
-                               [&](const auto& e) { return e.first == k; });
-        if (it == old_values.end() || it->second != v) keys.push_back(k);
+                               [&](const auto& e) { return e.first == kv.first; });
+        if (it == old_values.end() || it->second != kv.second) keys.push_back(kv.first);
     }
     const string layer = name_in(after, first);
     auto only = [&](std::initializer_list<const char*> allowed) {
