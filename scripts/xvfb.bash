@@ -7,7 +7,8 @@ APP_PID=""
 
 # start_display WIDTHxHEIGHT...: an X server of our own, with one X screen
 # per size. It picks a free display itself and tells it once it accepts
-# clients.
+# clients. It does not reset when its last client goes: a program started
+# during a reset fails to connect.
 start_display() {
   local told screens=() i=0 size
   told="$(mktemp)"
@@ -15,7 +16,7 @@ start_display() {
     screens+=(-screen "$i" "${size}x24")
     i=$((i + 1))
   done
-  Xvfb -displayfd 3 "${screens[@]}" -nolisten tcp 3>"$told" >/dev/null 2>&1 &
+  Xvfb -displayfd 3 "${screens[@]}" -nolisten tcp -noreset 3>"$told" >/dev/null 2>&1 &
   XVFB_PID=$!
   wait_for "the X server" 20 test -s "$told" || return 1
   export DISPLAY=":$(tr -d '[:space:]' <"$told")"
