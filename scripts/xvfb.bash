@@ -25,6 +25,16 @@ start_display() {
   export QT_QPA_PLATFORM=xcb
 }
 
+# in_scratch_folder: a folder of the run's own, also its data and runtime
+# folders, entered now and gone at exit with the X server and the program.
+in_scratch_folder() {
+  WORK="$(mktemp -d)"
+  trap 'stop_all; rm -rf "$WORK"' EXIT
+  export XDG_DATA_HOME="$WORK/data" XDG_RUNTIME_DIR="$WORK/run"
+  mkdir -m 0700 "$XDG_RUNTIME_DIR"
+  cd "$WORK" || exit 1
+}
+
 stop_all() {
   [ -n "$APP_PID" ] && kill "$APP_PID" 2>/dev/null
   [ -n "$XVFB_PID" ] && kill "$XVFB_PID" 2>/dev/null

@@ -8,11 +8,7 @@
 set -uo pipefail
 BIN="$(realpath "$1")"
 source "$(dirname "${BASH_SOURCE[0]}")/../../scripts/xvfb.bash"
-WORK="$(mktemp -d)"
-trap 'stop_all; rm -rf "$WORK"' EXIT
-export XDG_DATA_HOME="$WORK/data" XDG_RUNTIME_DIR="$WORK/run"
-mkdir -m 0700 "$XDG_RUNTIME_DIR"
-cd "$WORK"
+in_scratch_folder
 
 # What a user does with each kind of control, by place; and how many of
 # each there are at least (the top panel's three buttons among them).

@@ -9,11 +9,7 @@ BIN="$(realpath "$1")"
 ROOT="$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)"
 source "$ROOT/scripts/xvfb.bash"
 
-WORK="$(mktemp -d)"
-trap 'stop_all; rm -rf "$WORK"' EXIT
-export XDG_DATA_HOME="$WORK/data" XDG_RUNTIME_DIR="$WORK/run"
-mkdir -m 0700 "$XDG_RUNTIME_DIR"
-cd "$WORK"
+in_scratch_folder
 DEADLINE="${DEADLINE:-120}"
 
 start_display 1600x1000 || exit 1

@@ -11,11 +11,7 @@ BIN="$(realpath "$1")"
 ROOT="$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)"
 source "$ROOT/scripts/xvfb.bash"
 
-WORK="$(mktemp -d)"
-trap 'stop_all; rm -rf "$WORK"' EXIT
-export XDG_DATA_HOME="$WORK/data" XDG_RUNTIME_DIR="$WORK/run"
-mkdir -m 0700 "$XDG_RUNTIME_DIR"
-cd "$WORK"
+in_scratch_folder
 
 # Generous: CI is a loaded two-core machine, and a wait ends as soon as
 # what it waits for is there.
