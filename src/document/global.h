@@ -235,6 +235,10 @@ class Global {
     int raster_label_y = 0;
     int raster_label_width = 0;
     int raster_label_height = 0;
+    // The raster the label was last drawn on: a label docked to its edges
+    // stays docked when the raster size changes.
+    int raster_label_drawn_width = 0;
+    int raster_label_drawn_height = 0;
     bool palettes_shown = true;
     int raster_label_font_size = 20;
     pointer<image> composite_image;

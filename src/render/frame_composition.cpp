@@ -170,8 +170,12 @@ void Global::stack_layers_into_composite(nano2d::context* frame, PSDSaver* psd) 
 void Global::draw_raster_label(nano2d::context* frame) {
     const int W = std::max(get_paper_width(), 1);
     const int H = std::max(get_paper_height(), 1);
-    const bool at_right = (long long)raster_label_x + raster_label_width == W;
-    const bool at_bottom = (long long)raster_label_y + raster_label_height == H;
+    const long long right = (long long)raster_label_x + raster_label_width;
+    const long long bottom = (long long)raster_label_y + raster_label_height;
+    const bool at_right = right == W || right == raster_label_drawn_width;
+    const bool at_bottom = bottom == H || bottom == raster_label_drawn_height;
+    raster_label_drawn_width = W;
+    raster_label_drawn_height = H;
     string_array lines;
     get_raster_label_lines(lines);
     frame->font_size(std::max(float(raster_label_font_size), 1.0f));
@@ -183,7 +187,7 @@ void Global::draw_raster_label(nano2d::context* frame) {
     raster_label_width = int(width);
     raster_label_height = int(height);
     // A label docked to an edge stays docked when it or the raster
-    // changes size.
+    // changes size (the edge of the raster it was last drawn on counts).
     if (at_right) raster_label_x = W - raster_label_width;
     if (at_bottom) raster_label_y = H - raster_label_height;
     if (at_right || at_bottom) m_host->raster_label_settings_to_palette(*this);

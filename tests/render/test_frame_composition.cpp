@@ -273,12 +273,12 @@ TEST_F(composition, RasterLabelDocksToTheCornerItTouched) {
     EXPECT_EQ(global.raster_label_y, 1080 - 68);
     EXPECT_EQ(host.label_to_palette, 2);
 
-    // A grown raster leaves the old edges inside it: the label stays put.
-    paper(2000, 1100);
+    // A grown raster takes the docked label to its new corner.
+    paper(3840, 2160);
     ASSERT_TRUE(global.defer_build_frame(true, &rec));
-    EXPECT_EQ(global.raster_label_x, 1720);
-    EXPECT_EQ(global.raster_label_y, 1080 - 68);
-    EXPECT_EQ(host.label_to_palette, 2);
+    EXPECT_EQ(global.raster_label_x, 3840 - 200);
+    EXPECT_EQ(global.raster_label_y, 2160 - 68);
+    EXPECT_EQ(host.label_to_palette, 3);
 
     // Off the edges it stays where it is.
     global.raster_label_x = 100;
@@ -288,7 +288,7 @@ TEST_F(composition, RasterLabelDocksToTheCornerItTouched) {
     ASSERT_TRUE(global.defer_build_frame(true, &rec));
     EXPECT_EQ(global.raster_label_x, 100);
     EXPECT_EQ(global.raster_label_y, 50);
-    EXPECT_EQ(host.label_to_palette, 2);
+    EXPECT_EQ(host.label_to_palette, 3);
     EXPECT_GE(rec.index_of("font_size 1"), 0);
 }
 
