@@ -33,8 +33,7 @@ void RecoveryController::autosave() {
     // A write still under way (a slow disk): the next turn writes.
     if (!m_store.is_open() || m_store.busy()) return;
     document_state now = m_undo.history().snapshot(m_global);
-    const bool unsaved =
-        m_undo.is_modified() || !now.same_document(m_undo.history().current());
+    const bool unsaved = m_undo.is_modified() || !now.same_document(m_undo.history().current());
     if (!unsaved) {
         if (m_has_file) discard();
         return;
@@ -77,11 +76,10 @@ void RecoveryController::offer_left_behind() {
 }
 
 void RecoveryController::ask(left_recovery left) {
-    auto* box = new QMessageBox(
-        QMessageBox::Question, "Recover Unsaved Work",
-        "Recover the unsaved work from " + QLocale().toString(left.written, QLocale::ShortFormat) +
-            "?",
-        QMessageBox::NoButton, m_screen);
+    auto* box = new QMessageBox(QMessageBox::Question, "Recover Unsaved Work",
+                                "Recover the unsaved work from " +
+                                    QLocale().toString(left.written, QLocale::ShortFormat) + "?",
+                                QMessageBox::NoButton, m_screen);
     box->setObjectName("recover");
     box->setAttribute(Qt::WA_DeleteOnClose);
     box->setWindowModality(Qt::WindowModal);
@@ -99,7 +97,8 @@ void RecoveryController::ask(left_recovery left) {
 }
 
 void RecoveryController::restore(left_recovery& left) {
-    const read_report report = m_global.load_recovered_project(left.data, left.file, left.suggested);
+    const read_report report =
+        m_global.load_recovered_project(left.data, left.file, left.suggested);
     if (report.refused()) {
         m_global.show_error("The unsaved work cannot be recovered: " + report.text());
         return;

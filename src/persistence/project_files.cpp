@@ -94,10 +94,9 @@ bool Global::save_project_to_file(const file::path& path) {
         return false;
     }
     static const pointer_array<app_layer> none;
-    if (!save_project_or_presets_to_file(path, m_project ? m_project->get_layers() : none,
-                                         project_magic,
-                                         project_extra_block(get_paper_width(), get_paper_height()),
-                                         true))
+    if (!save_project_or_presets_to_file(
+            path, m_project ? m_project->get_layers() : none, project_magic,
+            project_extra_block(get_paper_width(), get_paper_height()), true))
         return false;
     set_document_file(path, false);
     return true;

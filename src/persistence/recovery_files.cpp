@@ -77,17 +77,17 @@ file::path recovery_store::side_path() const {
 void recovery_store::write(document_state state, const file::path& file,
                            const file::path& suggested) {
     if (!is_open()) return;
-    m_worker.post([state = std::move(state), file, suggested, data = data_path(),
-                   side = side_path()] {
-        const QJsonObject names{{"file", q(file)}, {"suggested", q(suggested)}};
-        std::string problem;
-        // The names first: a document is never beside the names of another.
-        if (!write_file_atomically(side.string(), QJsonDocument(names).toJson().toStdString(),
-                                   &problem) ||
-            !write_file_atomically(data.string(), project_file_text(state), &problem))
-            diagnostics_line("The recovery file " + data.string() + " cannot be written: " +
-                             problem);
-    });
+    m_worker.post(
+        [state = std::move(state), file, suggested, data = data_path(), side = side_path()] {
+            const QJsonObject names{{"file", q(file)}, {"suggested", q(suggested)}};
+            std::string problem;
+            // Each file whole or not at all, the names before the document.
+            if (!write_file_atomically(side.string(), QJsonDocument(names).toJson().toStdString(),
+                                       &problem) ||
+                !write_file_atomically(data.string(), project_file_text(state), &problem))
+                diagnostics_line("The recovery file " + data.string() +
+                                 " cannot be written: " + problem);
+        });
 }
 
 void recovery_store::remove() {
