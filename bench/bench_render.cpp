@@ -3,8 +3,10 @@
 
 #include "bench_workspaces.h"
 #include "document/history.h"
+#include "persistence/recovery_files.h"
 #include "render/draw2d_context.h"
 
+#include <QTemporaryDir>
 #include <benchmark/benchmark.h>
 
 #include <cstring>
@@ -68,6 +70,33 @@ void undo_8k_16layers(benchmark::State& state) {
     }
 }
 BENCHMARK(undo_8k_16layers)->Unit(benchmark::kMillisecond);
+
+// The window thread's share of an autosave after one palette edit of the
+// 8K wall: the snapshot, the unsaved test and the hand-over to the writer
+// thread, whose text and disk work are not counted.
+void autosave_snapshot_8k_16layers(benchmark::State& state) {
+    Global global;
+    bench::make_8k_workspace(global);
+    document_history history;
+    history.reset(global);
+    QTemporaryDir folder;
+    recovery_store store(file::path(folder.path().toStdString()));
+    store.open();
+    auto layer = std::dynamic_pointer_cast<boxes_layer>(global.get_layer(0));
+    document_state written;
+    for (auto _ : state) {
+        layer->GridWidth = layer->GridWidth == 2 ? 3 : 2;
+        document_state now = history.snapshot(global);
+        if (!now.same_document(history.current()) && !now.same_document(written)) {
+            written = now;
+            store.write(std::move(now), {}, {});
+        }
+        state.PauseTiming();
+        store.wait();
+        state.ResumeTiming();
+    }
+}
+BENCHMARK(autosave_snapshot_8k_16layers)->Unit(benchmark::kMillisecond);
 
 // A paint with nothing changed: it must not draw.
 void frame_8k_unchanged(benchmark::State& state) {

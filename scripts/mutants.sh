@@ -93,6 +93,11 @@ MUTANTS=(
   "power-watts-field|src/panels/settings_power.cpp|s/layer->PowerWatts = v;/layer->PowerVolts = v;/"
   "circle-width-field|src/panels/settings_boxes.cpp|s/l.CircleWidth = v;/l.GridWidth = v;/"
   "novastar-type|src/panels/settings_data_diagram.cpp|s/layer->DataDiagramType = v ? 0 : 1;/layer->DataDiagramType = v ? 1 : 0;/"
+  # Crash recovery: a save keeps the file, a running program's file is
+  # taken, a damaged one is offered.
+  "recovery-kept-on-save|src/app/main_screen.cpp|/if (m_undo) m_undo->record();/{n;s/if (m_recovery) m_recovery->discard();//}"
+  "recovery-live-taken|src/persistence/recovery_files.cpp|s/if (!claim->tryLock(0)) continue;/claim->tryLock(0);/"
+  "recovery-damaged-offered|src/app/recovery_controller.cpp|s/if (report.clean()) return ask(left);/if (!report.refused()) return ask(left);/"
 )
 
 CORE_PROGRAMS=(test_core test_document test_persistence test_datapath test_render test_export test_hardening)

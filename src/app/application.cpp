@@ -3,6 +3,7 @@
 #include "app/main_screen.h"
 #include "app/main_window.h"
 #include "app/recent_files.h"
+#include "app/recovery_controller.h"
 #include "app/settings_file.h"
 #include "app/undo_controller.h"
 #include "canvas/live_output.h"
@@ -128,12 +129,17 @@ void application::request_save_settings() {
 }
 
 void application::on_request(const std::string& path) {
-    if (!main_window_pointer) {
+    const bool first = !main_window_pointer;
+    if (first) {
         main_window_pointer = std::make_unique<main_window>(this);
         if (load_settings()) main_window_pointer->m_rectangleInitialRateOrSize = initial_rectangle;
         main_window_pointer->create_main_window();
     }
     on_file_request(path);
+    // Work that a program which did not end normally left behind.
+    if (first)
+        if (RecoveryController* recovery = main_window_pointer->main_screen()->recovery())
+            recovery->offer_left_behind();
 }
 
 void application::on_file_request(const std::string& path) {

@@ -2,6 +2,7 @@
 
 #include "app/application.h"
 #include "app/recent_files.h"
+#include "app/recovery_controller.h"
 #include "app/settings_file.h"
 #include "app/undo_controller.h"
 #include "canvas/live_output.h"
@@ -137,6 +138,8 @@ MainScreen::MainScreen(QWidget* parent) : QWidget(parent) {
 MainScreen::~MainScreen() {
     // The panels go before the workspace they read.
     qApp->removeEventFilter(this);
+    delete m_recovery;
+    m_recovery = nullptr;
     delete m_undo;
     m_undo = nullptr;
     const QList<QWidget*> children = findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly);
@@ -193,6 +196,7 @@ void MainScreen::create_main_screen() {
     // Shortcuts and Tab work wherever the focus is in this window.
     qApp->installEventFilter(this);
     m_undo = new UndoController(this, *workspace);
+    m_recovery = new RecoveryController(this, *workspace, *m_undo);
     show();
 }
 
@@ -550,6 +554,8 @@ void MainScreen::on_close() {
         m_undo->record();
         if (m_undo->is_modified())
             return m_undo->ask_before_discarding([this] {
+                // Saved, or thrown away on purpose: nothing to recover.
+                if (m_recovery) m_recovery->discard();
                 if (m_quit) m_quit();
             });
     }
@@ -724,6 +730,11 @@ void MainScreen::show_warning(const std::string& title, const std::string& messa
         box->setWindowModality(Qt::WindowModal);
         box->open();
     });
+}
+
+void MainScreen::document_saved(Global&) {
+    if (m_undo) m_undo->record();
+    if (m_recovery) m_recovery->discard();
 }
 
 void MainScreen::pick_single_file(const std::vector<file::file_dialog_filter>& filters,

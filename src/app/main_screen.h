@@ -34,6 +34,7 @@ class TopMenu;
 class TopPanel;
 class AddLayerContextMenu;
 class UndoController;
+class RecoveryController;
 
 class MainScreen : public QWidget, public workspace_host {
   public:
@@ -119,6 +120,7 @@ class MainScreen : public QWidget, public workspace_host {
     TopPanel* top_panel() const { return m_top_panel; }
     AddLayerContextMenu* add_layer_context_menu() const { return m_add_layer_context_menu; }
     UndoController* undo_controller() const { return m_undo; }
+    RecoveryController* recovery() const { return m_recovery; }
     QPoint last_click() const { return m_last_click; }
 
     // --- the workspace's host
@@ -138,6 +140,7 @@ class MainScreen : public QWidget, public workspace_host {
     void frame_build_ends() override;
     void show_error(const std::string& message) override;
     void show_warning(const std::string& title, const std::string& message) override;
+    void document_saved(Global& global) override;
     void pick_single_file(const std::vector<file::file_dialog_filter>& filters,
                           const pick_callback& callback, bool save,
                           const file::path& suggested = {}) override;
@@ -169,6 +172,7 @@ class MainScreen : public QWidget, public workspace_host {
     TopPanel* m_top_panel = nullptr;
     AddLayerContextMenu* m_add_layer_context_menu = nullptr;
     UndoController* m_undo = nullptr;
+    RecoveryController* m_recovery = nullptr;
     // About, SettingsBoxes, SettingsLabels, SettingsPower,
     // SettingsDataDiagram, SettingsRasterLabel, SettingsBoxesColors.
     std::vector<SettingsBaseWindow*> m_palettes;

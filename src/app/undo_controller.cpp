@@ -176,8 +176,7 @@ void UndoController::save_then(std::function<void()> then) {
                                 m_global.last_write_error());
             return;
         }
-        m_global.document_file = path;
-        ++m_global.documents_saved;
+        m_global.note_document_saved(path);
         record();
         then();
     };

@@ -261,14 +261,19 @@ bool Global::save_logo_layer() {
 
 // ---------------------------------------------------------------- raster label
 
-string Global::get_raster_label_info() const {
+string raster_label_record(int x, int y, int font_size, const string_array& lines) {
     string text = "Raster Label:1\n";
-    text += "X:" + std::to_string(raster_label_x) + "\n";
-    text += "Y:" + std::to_string(raster_label_y) + "\n";
-    text += "FontSize:" + std::to_string(raster_label_font_size) + "\n";
-    for (const auto& line : raster_label_lines)
+    text += "X:" + std::to_string(x) + "\n";
+    text += "Y:" + std::to_string(y) + "\n";
+    text += "FontSize:" + std::to_string(font_size) + "\n";
+    for (const auto& line : lines)
         text += "Label:" + line + "\n";
     return text;
+}
+
+string Global::get_raster_label_info() const {
+    return raster_label_record(raster_label_x, raster_label_y, raster_label_font_size,
+                               raster_label_lines);
 }
 
 void Global::load_raster_label_info(const string& text) {

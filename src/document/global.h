@@ -134,6 +134,13 @@ class Global {
     read_report open_presets_file(const file::path& path);
     void open_project_button();
     void save_project_button();
+    // The user saved the document to path: it is the document's file now,
+    // and the window hears of it.
+    void note_document_saved(const file::path& path);
+    // Opens a recovery file as the unsaved document it was: its own file
+    // name, and where a save goes.
+    read_report load_recovered_project(const file::path& data, const file::path& file,
+                                       const file::path& suggested);
     // The project file last opened or saved by the user, empty for a new
     // document; the counters rise with each open and each save, so that a
     // window can follow them.
@@ -280,6 +287,9 @@ class Global {
   protected:
     string m_last_write_error;
 };
+
+// The body of a raster label record.
+string raster_label_record(int x, int y, int font_size, const string_array& lines);
 
 // The top menu's text: sections and their entries.
 const string& gettopMenuString();

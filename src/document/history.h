@@ -61,8 +61,12 @@ class document_history {
     // The unsaved mark: the document is not the state last saved or opened.
     bool is_modified() const { return m_current.id != m_saved_id; }
     void mark_saved() { m_saved_id = m_current.id; }
-    // The latest recorded state (what a recovery file writes).
+    // The latest recorded state.
     const document_state& current() const { return m_current; }
+    // The document as it is now, as a state that shares every layer that
+    // is unchanged since the latest one and every picture: cheap, and safe
+    // to read on another thread while the document goes on changing.
+    document_state snapshot(const Global& global) const { return capture(global); }
     // The name a change between two states gets; the touched arguments
     // come in as the selected layers and leave as the layers it touched.
     static string step_name(const document_state& before, const document_state& after,

@@ -62,6 +62,10 @@ class workspace_host {
                                   const pick_callback& callback, bool save,
                                   const file::path& suggested = {});
 
+    // The user saved the document: a window drops what it kept of it
+    // against a crash.
+    virtual void document_saved(Global&) {}
+
     // The host used when none is given.
     static workspace_host& headless();
 };

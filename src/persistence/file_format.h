@@ -1,6 +1,8 @@
 #pragma once
 // Names and checks of the length-framed project and preset file format.
 
+#include "core/types.h"
+
 #include <string>
 #include <string_view>
 
@@ -21,5 +23,15 @@ enum class header_status { ok, bad_header, bad_count };
 // On ok, count holds the layer count.
 header_status check_header(std::string_view text, const std::string& magic_and_version,
                            unsigned long& count);
+
+class app_layer;
+
+// The whole text of a project or preset file: the header, the extra block
+// (none when empty), a record per layer and, when a body is given, the
+// raster label record.
+string layers_file_text(const pointer_array<app_layer>& layers, const string& magic,
+                        const string& extra, const string* raster_label_body);
+// A project's extra block: "Width:W\nHeight:H".
+string project_extra_block(int paper_width, int paper_height);
 
 } // namespace Vantora_TesserinePro

@@ -40,8 +40,8 @@ std::string up_to_nul(const std::string& buffer) {
 
 // ---------------------------------------------------------------- writers
 
-string Global::project_or_presets_text(const pointer_array<app_layer>& layers, const string& magic,
-                                       const string& extra, bool with_raster_label) const {
+string layers_file_text(const pointer_array<app_layer>& layers, const string& magic,
+                        const string& extra, const string* raster_label_body) {
     std::size_t count = 0;
     for (const auto& layer : layers)
         count += layer ? 1 : 0;
@@ -49,7 +49,7 @@ string Global::project_or_presets_text(const pointer_array<app_layer>& layers, c
     // again by the reader's one pass more: its count is one lower than its
     // records, so that this reader and every older one take each record
     // once. An empty list keeps 0.
-    const std::size_t header_count = with_raster_label || count == 0 ? count : count - 1;
+    const std::size_t header_count = raster_label_body || count == 0 ? count : count - 1;
     std::string text = header_text(magic, header_count, extra.size());
     if (!extra.empty()) {
         text += extra;
@@ -59,8 +59,20 @@ string Global::project_or_presets_text(const pointer_array<app_layer>& layers, c
         if (!layer) continue;
         append_record(text, layer->get_layer_type(), layer->get_layer_info());
     }
-    if (with_raster_label) append_record(text, raster_label_record_type, get_raster_label_info());
+    if (raster_label_body) append_record(text, raster_label_record_type, *raster_label_body);
     return text;
+}
+
+string project_extra_block(int paper_width, int paper_height) {
+    char extra[64];
+    std::snprintf(extra, sizeof extra, "Width:%d\nHeight:%d", paper_width, paper_height);
+    return extra;
+}
+
+string Global::project_or_presets_text(const pointer_array<app_layer>& layers, const string& magic,
+                                       const string& extra, bool with_raster_label) const {
+    const string label = with_raster_label ? get_raster_label_info() : string();
+    return layers_file_text(layers, magic, extra, with_raster_label ? &label : nullptr);
 }
 
 bool Global::save_project_or_presets_to_file(const file::path& path,
@@ -81,12 +93,10 @@ bool Global::save_project_to_file(const file::path& path) {
         m_last_write_error = "no file name";
         return false;
     }
-    char extra[64];
-    std::snprintf(extra, sizeof extra, "Width:%d\nHeight:%d", get_paper_width(),
-                  get_paper_height());
     static const pointer_array<app_layer> none;
-    if (!save_project_or_presets_to_file(path, m_project ? m_project->get_layers() : none,
-                                         project_magic, extra, true))
+    if (!save_project_or_presets_to_file(
+            path, m_project ? m_project->get_layers() : none, project_magic,
+            project_extra_block(get_paper_width(), get_paper_height()), true))
         return false;
     set_document_file(path, false);
     return true;
@@ -430,6 +440,23 @@ read_report Global::load_project_from_file(const file::path& path) {
     return report;
 }
 
+void Global::note_document_saved(const file::path& path) {
+    document_file = path;
+    ++documents_saved;
+    host().document_saved(*this);
+}
+
+read_report Global::load_recovered_project(const file::path& data, const file::path& file,
+                                           const file::path& suggested) {
+    read_report report = load_project_from_file(data);
+    if (report.refused()) return report;
+    document_file = file;
+    m_document_path = file;
+    m_suggested_save_path = suggested;
+    m_document_modified = true;
+    return report;
+}
+
 void Global::set_document_file(const file::path& path, bool damaged) {
     m_document_path = path;
     m_document_modified = damaged;
@@ -542,9 +569,7 @@ void Global::save_project_button() {
         {{"tsrx", "tsrx file"}}, true,
         [this](const file::path& path) {
             const file::path file = path.with_extension_if_no_extension(".tsrx");
-            if (!save_project_to_file(file)) return;
-            document_file = file;
-            ++documents_saved;
+            if (save_project_to_file(file)) note_document_saved(file);
         },
         m_suggested_save_path);
 }

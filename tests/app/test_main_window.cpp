@@ -1,12 +1,15 @@
 // Start and stop of the program: the window's first rectangle, the settings
-// file, the file request and the quit question.
+// file, the file request, the quit question and crash recovery.
 
+#include "app/recovery_controller.h"
 #include "app/settings_file.h"
 #include "support/test_support.h"
 #include "window/window_fixture.h"
 
+#include <QFileDialog>
 #include <QGuiApplication>
 #include <QJsonObject>
+#include <QLockFile>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QScreen>
@@ -131,4 +134,79 @@ TEST_F(startup, ClosingAsksAndOnlyYesEndsTheProgram) {
     ASSERT_TRUE(wait_until([&] { return (box = open_box("quit")) != nullptr; }));
     answer(box, "Yes");
     EXPECT_TRUE(wait_until([&] { return quits == 1; }));
+}
+
+TEST_F(startup, AutosaveWritesUnsavedWorkUntilSavedOrThrownAway) {
+    qputenv("TESSERINE_AUTOSAVE_SECONDS", "0.05");
+    start();
+    qunsetenv("TESSERINE_AUTOSAVE_SECONDS");
+    recovery_store& store = screen->recovery()->store();
+    const QString data = QString::fromStdString(store.data_path().string());
+    const std::string saved = (folder_to_save_data() / "saved.tsrx").string();
+    global->current_boxes_layer()->set_offset_x(77);
+    ASSERT_TRUE(wait_until([&] { return QFile::exists(data); }));
+    store.wait();
+    ASSERT_TRUE(global->save_project_to_file(saved + ".bytes"));
+    EXPECT_EQ(read_file(data.toStdString()), read_file(saved + ".bytes"));
+    // Saved: it goes.
+    global->save_project_button();
+    auto* dialog = screen->findChild<QFileDialog*>("save_dialog");
+    ASSERT_TRUE(dialog);
+    dialog->selectFile(QString::fromStdString(saved));
+    QMetaObject::invokeMethod(dialog, "accept");
+    store.wait();
+    EXPECT_FALSE(QFile::exists(data)); // at once, not at the next turn
+    // Thrown away on closing: it goes too.
+    global->current_boxes_layer()->set_offset_x(78);
+    ASSERT_TRUE(wait_until([&] { return QFile::exists(data); }));
+    window->close();
+    QMessageBox* box = nullptr;
+    ASSERT_TRUE(wait_until([&] { return (box = open_box("unsaved")) != nullptr; }));
+    answer(box, "Don't Save");
+    EXPECT_TRUE(wait_until([&] { return quits == 1 && !QFile::exists(data); }));
+}
+
+TEST_F(startup, LeftWorkIsOfferedDamagedWorkSetAsideAndARunningProgramsLeftAlone) {
+    const QString dir = QString::fromStdString((folder_to_save_data() / "recovery").string());
+    const std::string show = (folder_to_save_data() / "show.tsrx").string();
+    QDir().mkpath(dir);
+    const auto leave = [&](const QString& id, int offset) {
+        Global g;
+        g.load_default_layers();
+        g.current_boxes_layer()->offset_x = offset;
+        EXPECT_TRUE(g.save_project_to_file((dir + "/" + id + ".tsrx").toStdString()));
+        EXPECT_TRUE(write_file((dir + "/" + id + ".json").toStdString(),
+                               "{\"file\": \"" + show + "\", \"suggested\": \"" + show + "\"}"));
+        return dir + "/" + id + ".tsrx";
+    };
+    // One of a program that is gone (no lock), a newer one of a program that runs.
+    leave("session-1-1", 77);
+    const QString live_data = leave("session-2-2", 55);
+    QFile(live_data).setFileTime(QDateTime::currentDateTime().addSecs(60),
+                                 QFileDevice::FileModificationTime);
+    QLockFile live(dir + "/session-2-2.lock");
+    live.setStaleLockTime(0);
+    ASSERT_TRUE(live.tryLock(0));
+    start();
+    QMessageBox* box = nullptr;
+    ASSERT_TRUE(wait_until([&] { return (box = open_box("recover")) != nullptr; }));
+    EXPECT_TRUE(box->text().startsWith("Recover the unsaved work from "));
+    QTest::keyClick(box, Qt::Key_Return);
+    ASSERT_TRUE(wait_until([] { return open_box("recover") == nullptr; }));
+    EXPECT_EQ(global->current_boxes_layer()->get_offset_x(), 77);
+    EXPECT_EQ(window->windowTitle(), "show.tsrx[*] - Tesserine Pro");
+    EXPECT_TRUE(window->isWindowModified());
+    EXPECT_EQ(global->suggested_save_path().string(), show);
+    EXPECT_TRUE(QFile::exists(live_data));
+
+    // Cut short: set aside with a message, never offered.
+    app.reset();
+    const std::string whole = read_file(live_data.toStdString());
+    ASSERT_TRUE(write_file((dir + "/session-3-3.tsrx").toStdString(), whole.substr(0, 300)));
+    start();
+    ASSERT_TRUE(wait_until([] { return open_box("warning") != nullptr; }));
+    EXPECT_TRUE(open_box("warning")->text().contains("cannot be recovered"));
+    EXPECT_TRUE(QFile::exists(dir + "/damaged-session-3-3.tsrx"));
+    EXPECT_EQ(open_box("recover"), nullptr);
+    EXPECT_TRUE(QFile::exists(live_data));
 }

@@ -4,7 +4,8 @@
 # a user drags the screen, knocks a cabinet out, switches the data path on
 # by shortcuts and saves and exports through the file dialog, and what is
 # written matches what the command line makes of it; a close request asks
-# the question, whose "Yes" ends the program.
+# the question, whose "Yes" ends the program. Then unsaved work survives
+# kill -9, and closing with unsaved work asks.
 # Usage: xvfb.sh PATH_TO_TESSERINE
 set -uo pipefail
 BIN="$(realpath "$1")"
@@ -141,6 +142,56 @@ program_ended() { ! kill -0 "$APP_PID" 2>/dev/null; }
 check "Yes ends the program" wait_for "the program's end" "$DEADLINE" program_ended
 wait "$APP_PID" 2>/dev/null
 check "a clean exit" [ $? -eq 0 ]
+APP_PID=""
+
+# Crash recovery: an edit, the program killed, and a new start that
+# recovers it (Return) and saves it under its own name (Ctrl+S, Return).
+RECOVERY="$XDG_DATA_HOME/Tesserine/recovery"
+left() { compgen -G "$RECOVERY/session-*.$1" >/dev/null; }
+gone() { ! left tsrx; }
+nothing_left() { gone && ! left lock; }
+launch() {
+  "$BIN" "$@" >>app.log 2>&1 &
+  APP_PID=$!
+  wait_for "the main window" "$DEADLINE" has_window " - Tesserine Pro$" &&
+    WID="$(window_id " - Tesserine Pro$")"
+}
+# press KEYS [TITLE]: keys to the main window, or to the window of that title.
+press() {
+  xdotool windowfocus --sync "$(window_id "${2:- - Tesserine Pro$}")" 2>/dev/null
+  xdotool key "$1"
+}
+export TESSERINE_AUTOSAVE_SECONDS=1
+check "the project opens" launch "$WORK/undo4.tsrx"
+press ctrl+shift+d
+check "the edit is written for recovery" wait_for "the recovery file" "$DEADLINE" left tsrx
+kill -9 "$APP_PID"
+wait "$APP_PID" 2>/dev/null
+rm -f undo4.tsrx
+check "a new start" launch
+check "the recovery question" wait_for "the question" "$DEADLINE" has_window "^Recover Unsaved"
+press Return "^Recover Unsaved"
+check "Return recovers" wait_for "the end of the question" "$DEADLINE" no_window "^Recover Unsaved"
+press ctrl+s
+check "the save dialog" wait_for "the save dialog" "$DEADLINE" has_window "^Save As"
+press Return "^Save As"
+check "saved under its own name, with the edit" wait_for "the save" "$DEADLINE" \
+  project_has undo4.tsrx 's["DrawSnake"] == "0"'
+check "nothing left to recover once saved" wait_for "the recovery file to go" "$DEADLINE" gone
+
+# Closing with unsaved changes asks: Escape keeps the window, "Don't Save"
+# (Alt+D) ends the program and leaves nothing to recover.
+press ctrl+shift+d
+check "written for recovery again" wait_for "the recovery file" "$DEADLINE" left tsrx
+for key in Escape alt+d; do
+  check "the close request is sent" close_request "$WID"
+  check "the unsaved question" wait_for "the question" "$DEADLINE" has_window "^Unsaved Changes"
+  press "$key" "^Unsaved Changes"
+  check "$key answers" wait_for "the end of the question" "$DEADLINE" no_window "^Unsaved Changes"
+  [ "$key" = Escape ] && check "Escape keeps the window" kill -0 "$APP_PID"
+done
+check "Don't Save ends the program" wait_for "the program's end" "$DEADLINE" program_ended
+check "and leaves nothing to recover" nothing_left
 APP_PID=""
 
 echo "xvfb: $passed passed, $failed failed"
