@@ -73,10 +73,17 @@ places first_start(QSize window, const sizes& size) {
             chosen = at;
             break;
         }
-    // Those left out wait where the full arrangement puts them.
+    // Those left out wait where the full arrangement puts them, moved in as
+    // far as the canvas allows, so that they show whole when asked for.
     const places full = all(size);
+    const QRect canvas(0, canvas_top, window.width() - lists_width, window.height() - canvas_top);
     for (int p = 0; p < count; ++p)
-        if (!chosen[p].shown) chosen[p].at = full[p].at;
+        if (!chosen[p].shown) {
+            const QPoint at = full[p].at;
+            chosen[p].at = QPoint(
+                std::max(0, std::min(at.x(), canvas.width() - size[p].width())),
+                std::max(canvas_top, std::min(at.y(), canvas.bottom() + 1 - size[p].height())));
+        }
     return chosen;
 }
 
