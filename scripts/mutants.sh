@@ -58,7 +58,7 @@ MUTANTS=(
   "snake-limit-strict|src/datapath/route.cpp|s/return std::uint64_t(pixels) > limit;/return std::uint64_t(pixels) >= limit;/"
   "physh-field|src/persistence/parameter_text.cpp|s/{\"PhysH\", \&read_real<\&D::PhysH>}/{\"PhysH\", \&read_real<\&D::PhysW>}/"
   # The window: key names, the Tab walk, the layout file, snapping, hit
-  # tests, the drag rules, list sync and palette fields.
+  # tests, the drag rules, list sync, palette fields and palette places.
   "key-digit-place|src/app/main_screen.cpp|s/code >= row_starts\[r\] \&\& code - row_starts\[r\]/code > row_starts[r] \&\& code - row_starts[r]/"
   "key-text-before-key|src/app/main_screen.cpp|s/if (modifier_bit(key) || key == Qt::Key_unknown) return {};/if (modifier_bit(key) || key == Qt::Key_unknown) return {};\n    if (!event.text().isEmpty() \&\& event.text().at(0).isPrint()) return event.text().toUpper().toStdString();/"
   "key-plus-needs-no-shift|src/app/main_screen.cpp|s/if (name == \"+\" \&\& (held \& keys::group_a)/if (false \&\& (held \& keys::group_a)/"
@@ -98,6 +98,9 @@ MUTANTS=(
   "recovery-kept-on-save|src/app/main_screen.cpp|/if (m_undo) m_undo->record();/{n;s/if (m_recovery) m_recovery->discard();//}"
   "recovery-live-taken|src/persistence/recovery_files.cpp|s/if (!claim->tryLock(0)) continue;/claim->tryLock(0);/"
   "recovery-damaged-offered|src/app/recovery_controller.cpp|s/if (report.clean()) return ask(left);/if (!report.refused()) return ask(left);/"
+  "first-start-data-under-colors|src/app/palette_places.cpp|s/std::max(b.under(colors), b.under(power))/b.under(colors)/"
+  "reach-without-grip|src/app/palette_places.cpp|s/const int held = std::min(grip, palette.width());/const int held = 0;/"
+  "reach-not-after-drag|src/panels/settings_base_window.cpp|s/if (MainScreen\* screen = main_screen()) screen->keep_within_reach(this);//"
 )
 
 CORE_PROGRAMS=(test_core test_document test_persistence test_datapath test_render test_export test_hardening)

@@ -1,8 +1,11 @@
 #!/usr/bin/env bash
 # Makes the README's pictures: the program's icon as the build renders it
 # (docs/icon.png), and under Xvfb, each in a data folder of its own, the
-# window at its first start (docs/window.png), and every palette laid out
-# side by side with the About box open (docs/palettes.png).
+# window at its first start on a full HD screen (docs/window.png), on a
+# laptop's 1366x768 (docs/window-small.png), and on full HD's double and one
+# and a half at Qt's scale factors 2 and 1.5 (docs/window-scale2.png,
+# docs/window-scale1.5.png), and every palette laid out side by side with
+# the About box open (docs/palettes.png).
 set -euo pipefail
 source "$(dirname "$0")/setup.sh"
 source "$ROOT/scripts/xvfb.bash"
@@ -16,7 +19,6 @@ mkdir -m 0700 "$XDG_RUNTIME_DIR"
 mkdir -p "$ROOT/docs"
 cp "$BUILD_DIR/icons/128/tesserine.png" "$ROOT/docs/icon.png"
 echo "docs/icon.png"
-start_display 1600x1000
 
 # start_program DATA_FOLDER: the program in its own data folder; sets WID.
 start_program() {
@@ -33,14 +35,46 @@ stop_program() {
   APP_PID=""
   wait_for "the window to go" 20 bash -c "! xdotool search --onlyvisible --name 'Tesserine Pro$'"
 }
+stop_display() {
+  kill "$XVFB_PID" 2>/dev/null
+  wait "$XVFB_PID" 2>/dev/null || true
+  XVFB_PID=""
+}
 
-start_program "$WORK/first"
-painted() { shoot "$WORK/window.png" "$WID" && pixel_is "$WORK/window.png" 480 270 "63,127,127"; }
-wait_for "the first frame" 30 painted
-cp "$WORK/window.png" "$ROOT/docs/window.png"
-echo "docs/window.png"
-stop_program
+# settled: a shot of the window into $WORK/shot.png that shows the canvas's
+# chequer and is the same as the shot before it, so the first frame is in
+# and nothing moves any more.
+settled() {
+  shoot "$WORK/now.png" "$WID" || return 1
+  local tint
+  tint="$(convert "$WORK/now.png" -fill black +opaque "rgb(149,184,184)" -format "%[fx:mean>0.02]" info:)"
+  if [ "$tint" = 1 ] && [ -f "$WORK/shot.png" ] &&
+    compare -metric AE "$WORK/now.png" "$WORK/shot.png" null: 2>/dev/null; then
+    return 0
+  fi
+  mv "$WORK/now.png" "$WORK/shot.png"
+  return 1
+}
 
+# first_start SCREEN NAME [SCALE]: the window at its first start on an X
+# screen of that size, at Qt's scale factor, as docs/NAME.png.
+first_start() {
+  start_display "$1"
+  rm -f "$WORK/shot.png"
+  QT_SCALE_FACTOR="${3:-1}" start_program "$WORK/first-$2"
+  wait_for "the first frame" 60 settled
+  cp "$WORK/shot.png" "$ROOT/docs/$2.png"
+  echo "docs/$2.png"
+  stop_program
+  stop_display
+}
+
+first_start 1920x1080 window
+first_start 1366x768 window-small
+first_start 3840x2160 window-scale2 2
+first_start 2880x1620 window-scale1.5 1.5
+
+start_display 1600x1000
 # The palettes where none covers another, as a user would place them.
 mkdir -p "$WORK/laid_out/Tesserine"
 cat >"$WORK/laid_out/Tesserine/settings_layout.network_payload" <<'JSON'
@@ -49,18 +83,24 @@ cat >"$WORK/laid_out/Tesserine/settings_layout.network_payload" <<'JSON'
  "colors_x": 230, "colors_y": 455, "colors_visible": true,
  "power_x": 230, "power_y": 600, "power_visible": true,
  "snake_x": 325, "snake_y": 70, "snake_visible": true,
- "raster_x": 683, "raster_y": 70, "raster_visible": true}
+ "raster_x": 633, "raster_y": 70, "raster_visible": true}
 JSON
+# The window's control map tells where the menu's entries are.
+cd "$WORK"
+export TESSERINE_CONTROL_MAP="$WORK/map.txt"
 start_program "$WORK/laid_out"
 # The canvas shows right of the Data palette once the first frame is in.
 canvas_painted() { shoot "$WORK/palettes.png" "$WID" && pixel_is "$WORK/palettes.png" 1000 400 "149,184,184"; }
 wait_for "the first frame" 30 canvas_painted
 # About, from its menu; then dragged by its title bar from (300, 300) to
 # the free place under the Data palette.
-xdotool mousemove $((WX + 388)) $((WY + 9)) click 1
-menu_open() { shoot "$WORK/menu.png" "$WID" && ! pixel_is "$WORK/menu.png" 400 29 "63,63,63"; }
-wait_for "the About menu" 20 menu_open
-xdotool mousemove $((WX + 420)) $((WY + 29)) click 1
+fresh_map
+read -r X Y < <(controls menu entry | awk '$3 == "About" { print $1, $2; exit }')
+xdotool mousemove "$X" "$Y" click 1
+submenu_open() { fresh_map && grep -q "^submenu" map.txt; }
+wait_for "the About menu" 20 submenu_open
+read -r X Y < <(controls submenu entry | head -n 1)
+xdotool mousemove "$X" "$Y" click 1
 about_open() { shoot "$WORK/about.png" "$WID" && pixel_is "$WORK/about.png" 330 310 "62,62,62"; }
 wait_for "the About box" 20 about_open
 xdotool mousemove $((WX + 330)) $((WY + 310)) mousedown 1

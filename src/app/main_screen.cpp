@@ -1,6 +1,7 @@
 #include "app/main_screen.h"
 
 #include "app/application.h"
+#include "app/palette_places.h"
 #include "app/recent_files.h"
 #include "app/recovery_controller.h"
 #include "app/settings_file.h"
@@ -39,8 +40,8 @@
 #include <QKeySequence>
 #include <QLineEdit>
 #include <QMessageBox>
-#include <QPlainTextEdit>
 #include <QPainter>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTextEdit>
 #include <QUrl>
@@ -217,19 +218,24 @@ bool MainScreen::settings_load_layout() {
     return false;
 }
 
+std::array<SettingsBaseWindow*, 6> MainScreen::layout_palettes() const {
+    return {m_settings_boxes, m_settings_labels,       m_settings_boxes_colors,
+            m_settings_power, m_settings_data_diagram, m_settings_raster_label};
+}
+
 bool MainScreen::settings_load_layout(const char* path) {
     QJsonObject layout;
     if (!read_settings_object(file::path(path), layout)) return false;
-    SettingsBaseWindow* palettes[] = {m_settings_boxes,        m_settings_labels,
-                                      m_settings_boxes_colors, m_settings_power,
-                                      m_settings_data_diagram, m_settings_raster_label};
-    for (std::size_t i = 0; i < std::size(palettes); ++i) {
+    const auto palettes = layout_palettes();
+    for (std::size_t i = 0; i < palettes.size(); ++i) {
         const QString name = layout_names[i];
         SettingsBaseWindow* p = palettes[i];
         if (!p) continue;
         // A missing key gives 0, as the palette's place.
         p->move(layout.value(name + "_x").toInt(0), layout.value(name + "_y").toInt(0));
         p->set_stored_visible(layout.value(name + "_visible").toBool(false));
+        // A place saved in a larger window may lie outside this one.
+        keep_within_reach(p);
     }
     return true;
 }
@@ -239,11 +245,9 @@ void MainScreen::settings_save_layout() {
 }
 
 void MainScreen::settings_save_layout(const char* path) {
-    const SettingsBaseWindow* palettes[] = {m_settings_boxes,        m_settings_labels,
-                                            m_settings_boxes_colors, m_settings_power,
-                                            m_settings_data_diagram, m_settings_raster_label};
+    const auto palettes = layout_palettes();
     QJsonObject layout;
-    for (std::size_t i = 0; i < std::size(palettes); ++i) {
+    for (std::size_t i = 0; i < palettes.size(); ++i) {
         const SettingsBaseWindow* p = palettes[i];
         if (!p) continue;
         const QString name = layout_names[i];
@@ -255,16 +259,24 @@ void MainScreen::settings_save_layout(const char* path) {
 }
 
 void MainScreen::settings_reset_layout() {
-    const struct {
-        SettingsBaseWindow* palette;
-        int x, y;
-    } places[] = {
-        {m_settings_boxes, 10, 70},          {m_settings_labels, 10, 450},
-        {m_settings_boxes_colors, 170, 450}, {m_settings_power, 295, 450},
-        {m_settings_data_diagram, 170, 610}, {m_settings_raster_label, 435, 570},
-    };
-    for (const auto& place : places)
-        if (place.palette) place.palette->move(place.x, place.y);
+    // Places that follow the window's size and our palettes' sizes: none
+    // covers another, and what does not fit starts hidden.
+    const auto palettes = layout_palettes();
+    palette_places::sizes sizes;
+    for (std::size_t i = 0; i < palettes.size(); ++i)
+        sizes[i] = palettes[i] ? palettes[i]->sizeHint() : QSize();
+    const palette_places::places places = palette_places::first_start(size(), sizes);
+    for (std::size_t i = 0; i < palettes.size(); ++i)
+        if (SettingsBaseWindow* p = palettes[i]) {
+            p->move(places[i].at);
+            p->set_stored_visible(places[i].shown);
+            keep_within_reach(p);
+        }
+}
+
+void MainScreen::keep_within_reach(QWidget* palette) {
+    const QPoint place = palette_places::reachable(palette->geometry(), size());
+    if (place != palette->pos()) palette->move(place);
 }
 
 // ---------------------------------------------------------------- refreshing
@@ -355,9 +367,11 @@ void MainScreen::resize_elements_to_window_size(int width, int height) {
          "top menu replacement redraw optimized out"},
         {m_top_panel, QRect(QPoint(0, 20), QPoint(width - 1, 59)),
          "top panel replacement redraw optimized out"},
-        {m_right_panel, QRect(QPoint(width - 280, 60), QPoint(width - 1, height - 1)),
+        {m_right_panel,
+         QRect(QPoint(width - palette_places::lists_width, palette_places::strips_bottom),
+               QPoint(width - 1, height - 1)),
          "right panel replacement redraw optimized out"},
-        {m_main_impact, QRect(QPoint(0, 70), QPoint(width - 1, height - 1)),
+        {m_main_impact, QRect(QPoint(0, palette_places::canvas_top), QPoint(width - 1, height - 1)),
          "main impact replacement redraw optimized out"},
     };
     for (const auto& p : places) {
@@ -372,6 +386,10 @@ void MainScreen::resize_elements_to_window_size(int width, int height) {
 
 void MainScreen::resizeEvent(QResizeEvent*) {
     resize_elements_to_window_size(width(), height());
+    // A smaller window must not swallow a palette; the layout file keeps
+    // the places the user gave.
+    for (SettingsBaseWindow* p : m_palettes)
+        keep_within_reach(p);
 }
 
 void MainScreen::paintEvent(QPaintEvent* event) {

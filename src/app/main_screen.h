@@ -10,6 +10,7 @@
 #include <QPoint>
 #include <QWidget>
 
+#include <array>
 #include <atomic>
 #include <functional>
 #include <vector>
@@ -56,6 +57,8 @@ class MainScreen : public QWidget, public workspace_host {
     void settings_save_layout();
     void settings_save_layout(const char* path);
     void settings_reset_layout();
+    // Moves a palette, if need be, so that its title bar can be taken.
+    void keep_within_reach(QWidget* palette);
 
     // --- refreshing the panels
     void reload_all(bool reload);
@@ -151,6 +154,8 @@ class MainScreen : public QWidget, public workspace_host {
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
+    // The palettes of the layout file, in its order.
+    std::array<SettingsBaseWindow*, 6> layout_palettes() const;
     // Runs f now, or after the paint when a frame build is under way.
     void outside_paint(std::function<void()> f);
     // Asks for perform_layout at the next turn of the event loop.

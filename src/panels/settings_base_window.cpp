@@ -121,6 +121,8 @@ void SettingsBaseWindow::mouseMoveEvent(QMouseEvent* event) {
 void SettingsBaseWindow::mouseReleaseEvent(QMouseEvent* event) {
     if (m_dragging && event->button() == Qt::LeftButton) {
         m_dragging = false;
+        // Dropped outside, it would be lost, and saved so.
+        if (MainScreen* screen = main_screen()) screen->keep_within_reach(this);
         if (m_moved) m_moved();
     }
 }

@@ -57,11 +57,14 @@ SettingsDataDiagram::W_SnakeSecondParams::W_SnakeSecondParams(QWidget* parent, G
     grid->setSpacing(2);
     grid->setHorizontalSpacing(6);
     int cell = 0;
-    // Two caption and control pairs a row.
+    // Two caption and control pairs a row. The last pair is alone in its
+    // row: its field may reach under the second caption, so that the first
+    // column of controls is only as wide as a check box.
     const auto add = [&](const char* caption, QWidget* control) {
         grid->addWidget(make_caption(this, caption), cell / 2, (cell % 2) * 2,
                         Qt::AlignRight | Qt::AlignVCenter);
-        grid->addWidget(control, cell / 2, (cell % 2) * 2 + 1, Qt::AlignLeft | Qt::AlignVCenter);
+        grid->addWidget(control, cell / 2, (cell % 2) * 2 + 1, 1, cell == 8 ? 3 : 1,
+                        Qt::AlignLeft | Qt::AlignVCenter);
         ++cell;
     };
     const auto int_box = [&] {
@@ -138,7 +141,8 @@ SettingsDataDiagram::SettingsDataDiagram(QWidget* parent, Global* global)
     m_port_line->setObjectName("PortLoads");
     m_port_line->setFont(look::sans(14));
     m_port_line->setWordWrap(true);
-    m_port_line->setFixedWidth(300);
+    // As wide as the fields above; a longer line wraps.
+    m_port_line->setFixedWidth(m_second->sizeHint().width());
     m_port_line->setAlignment(Qt::AlignCenter);
     column->addSpacing(4);
     column->addWidget(m_port_line, 0, Qt::AlignHCenter);

@@ -32,9 +32,15 @@ QLineEdit* number_field(QWidget* parent) {
 TopPanel::TopPanel(QWidget* parent, Global* global) : QWidget(parent), SettingsFromLayer(global) {
     setObjectName("TopPanel");
     auto* row = new QHBoxLayout(this);
-    row->setContentsMargins(0, 0, 0, 0);
-    row->setSpacing(10);
-    const auto blank = [&](int w) { row->addWidget(new NOP(this, w, 0)); };
+    // Blanks instead of one spacing: a caption stays close to its field,
+    // groups stand apart, and the whole row fits a laptop's window.
+    row->setContentsMargins(4, 0, 0, 0);
+    row->setSpacing(0);
+    const auto blank = [&](int w) {
+        auto* b = new NOP(this, w, 0);
+        row->addWidget(b);
+        return b;
+    };
     const auto button = [&](const char* text, void (Global::*command)()) {
         auto* b = new QPushButton(text, this);
         b->setFixedWidth(80);
@@ -48,44 +54,44 @@ TopPanel::TopPanel(QWidget* parent, Global* global) : QWidget(parent), SettingsF
                 [global = m_global, command] { (global->*command)(); });
         row->addWidget(b);
     };
+    constexpr int near = 6, apart = 14;
     button("Open Project", &Global::open_project_button);
-    blank(5);
+    blank(near);
     button("Save Project", &Global::save_project_button);
-    blank(5);
+    blank(near);
     button("Save Image", &Global::save_image_button);
-    blank(5);
+    blank(apart);
     row->addWidget(make_caption(this, "Raster Width:"));
-    blank(5);
+    blank(near);
     m_width = number_field(this);
     m_width->setObjectName("raster width");
     row->addWidget(m_width);
-    blank(5);
+    blank(apart);
     row->addWidget(make_caption(this, "Raster Height:"));
-    blank(5);
+    blank(near);
     m_height = number_field(this);
     m_height->setObjectName("raster height");
     row->addWidget(m_height);
-    blank(5);
+    blank(apart);
     m_aspect_label = make_caption(this, "Aspect ratio:");
     row->addWidget(m_aspect_label);
-    blank(5);
+    m_aspect_blanks[0] = blank(near);
     m_aspect = new CheckboxWithFocus(this);
     m_aspect->set_checked(true);
     row->addWidget(m_aspect);
-    blank(5);
+    m_aspect_blanks[1] = blank(apart);
     row->addWidget(make_caption(this, "Black BG:"));
-    blank(5);
+    blank(near);
     m_black = new CheckboxWithFocus(this);
     m_black->set_checked(global->black_background);
     row->addWidget(m_black);
-    blank(5);
+    blank(apart);
     row->addWidget(make_caption(this, "Auto-Select:"));
-    blank(5);
+    blank(near);
     m_auto = new CheckboxWithFocus(this);
     m_auto->set_checked(global->auto_select);
     row->addWidget(m_auto);
-    blank(5);
-    blank(15);
+    blank(16);
     m_counts = make_caption(this, "");
     row->addWidget(m_counts);
     row->addStretch(1);
@@ -128,7 +134,22 @@ void TopPanel::on_raster_height() {
 void TopPanel::updateCounts(long layers, long presets) {
     char text[128];
     std::snprintf(text, sizeof text, "Layers Added: %ld, Presets Loaded: %ld", layers, presets);
-    m_counts->setText(text);
+    m_counts_line = text;
+    fit_counts();
+}
+
+void TopPanel::fit_counts() {
+    // What the row needs without the counts, the same for either form.
+    const int others = layout()->sizeHint().width() - m_counts->sizeHint().width();
+    QString text = m_counts_line;
+    // Where the line would run past the edge it breaks after the comma.
+    if (others + m_counts->fontMetrics().horizontalAdvance(text) > width())
+        text.replace(", ", ",\n");
+    if (text != m_counts->text()) m_counts->setText(text);
+}
+
+void TopPanel::resizeEvent(QResizeEvent*) {
+    fit_counts();
 }
 
 void TopPanel::updatePaperNumbersVisual() {
@@ -139,6 +160,9 @@ void TopPanel::updatePaperNumbersVisual() {
 void TopPanel::showHideAspectRatio(bool show) {
     m_aspect_label->setVisible(show);
     m_aspect->setVisible(show);
+    for (QWidget* blank : m_aspect_blanks)
+        blank->setVisible(show);
+    fit_counts();
 }
 
 void TopPanel::paintEvent(QPaintEvent*) {

@@ -4,6 +4,7 @@
 
 #include "panels/settings_base_window.h"
 
+#include <QString>
 #include <QWidget>
 
 class QLabel;
@@ -36,12 +37,15 @@ class TopPanel : public QWidget, public SettingsFromLayer {
 
   protected:
     void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
   private:
     // The raster width or height typed: stored, and the raster label kept
     // at the right or bottom edge.
     void on_raster_width();
     void on_raster_height();
+    // The counts on one line, or on two where one would not fit.
+    void fit_counts();
 
     QLineEdit* m_width;
     QLineEdit* m_height;
@@ -50,6 +54,9 @@ class TopPanel : public QWidget, public SettingsFromLayer {
     CheckboxWithFocus* m_black;
     CheckboxWithFocus* m_auto;
     QLabel* m_counts;
+    QString m_counts_line;
+    // The blanks beside the aspect box go and come with it.
+    QWidget* m_aspect_blanks[2];
 };
 
 } // namespace Vantora_TesserinePro

@@ -7,9 +7,11 @@
 #include "core/diagnostics.h"
 #include "core/keys.h"
 #include "panels/about.h"
+#include "panels/look.h"
 #include "panels/right_panel.h"
 #include "panels/settings_base_window.h"
 #include "panels/settings_boxes.h"
+#include "panels/settings_power.h"
 #include "panels/settings_raster_label.h"
 #include "panels/top_menu.h"
 #include "panels/top_panel.h"
@@ -18,13 +20,16 @@
 
 #include <QDir>
 #include <QFileDialog>
-#include <QMenu>
-#include <QMimeData>
-#include <QUrl>
 #include <QJsonObject>
+#include <QLabel>
+#include <QLayout>
 #include <QLineEdit>
+#include <QMenu>
 #include <QMessageBox>
+#include <QMimeData>
+#include <QMouseEvent>
 #include <QPushButton>
+#include <QUrl>
 
 #include <sstream>
 
@@ -48,29 +53,15 @@ struct screen_test : window_test {
 
 TEST_F(screen_test, PaletteLayoutFile) {
     start();
-    // No file: the default places, every palette stored as shown.
-    const std::vector<std::pair<QString, QPoint>> defaults = {
-        {"Screen Info", {10, 70}},
-        {"Data-Flow Diagram", {170, 610}},
-        {"Colors        ", {170, 450}},
-        {"Power", {295, 450}},
-    };
-    for (const auto& [title, place] : defaults)
-        for (SettingsBaseWindow* p : screen->palettes())
-            if (p->title() == title) {
-                EXPECT_EQ(p->pos(), place) << title.toStdString();
-            }
-    EXPECT_EQ(titles_shown().size(), 6u); // all but About
-
-    // Keys that are missing give 0 and hidden.
+    // Keys that are missing give 0 (then below the strips) and hidden.
     ASSERT_TRUE(write_settings_object(layout(), QJsonObject{{"boxes_x", 33},
-                                                            {"boxes_y", 44},
+                                                            {"boxes_y", 144},
                                                             {"boxes_visible", true},
                                                             {"power_visible", true}}));
     ASSERT_TRUE(screen->settings_load_layout());
     screen->update_settings_visibility();
-    EXPECT_EQ(screen->settings_boxes()->pos(), QPoint(33, 44));
-    EXPECT_EQ(screen->settings_raster_label()->pos(), QPoint(0, 0));
+    EXPECT_EQ(screen->settings_boxes()->pos(), QPoint(33, 144));
+    EXPECT_EQ(screen->settings_raster_label()->pos(), QPoint(0, 60));
     EXPECT_EQ(titles_shown(), (std::vector<QString>{"Screen Info", "Power"}));
 
     // Saving writes the eighteen values.
@@ -91,8 +82,78 @@ TEST_F(screen_test, PaletteLayoutFile) {
     EXPECT_EQ(titles_shown().size(), 3u);
 }
 
+TEST_F(screen_test, FirstStartPalettesLieApartBesideTheCanvasAndTheCountsFit) {
+    // The window of a first start on a full HD and on a laptop screen.
+    for (const QSize s : {QSize(1920, 1080), QSize(1366, 768)}) {
+        SCOPED_TRACE(s.width());
+        ASSERT_TRUE(
+            write_settings_object(folder_to_save_data() / "settings.network_payload",
+                                  QJsonObject{{"main_window_left", s.width() / 20},
+                                              {"main_window_top", s.height() / 20},
+                                              {"main_window_right", int(s.width() * 0.89)},
+                                              {"main_window_bottom", int(s.height() * 0.89)}}));
+        start();
+        const QRect room(0, 60, screen->width() - 280, screen->height() - 60);
+        std::vector<QRect> shown;
+        for (SettingsBaseWindow* p : screen->palettes()) {
+            // The hidden ones too: they show whole when asked for.
+            EXPECT_TRUE(p == screen->about() || room.contains(QRect(p->pos(), p->sizeHint())))
+                << p->title().toStdString();
+            if (!p->isVisible()) continue;
+            for (const QRect& other : shown)
+                EXPECT_FALSE(other.intersects(p->geometry())) << p->title().toStdString();
+            shown.push_back(p->geometry());
+        }
+        EXPECT_GE(shown.size(), 4u);
+        screen->top_panel()->layout()->activate();
+        const QLabel* counts = screen->top_panel()->counts();
+        EXPECT_LT(counts->geometry().right(), screen->width());
+        EXPECT_GE(counts->width(), counts->sizeHint().width());
+        app.reset();
+        empty_data_folder();
+    }
+}
+
+TEST_F(screen_test, TitleBarsStayWithinReach) {
+    // Power far outside and Screen Info above the window, as a layout from
+    // a larger screen may have them.
+    ASSERT_TRUE(write_settings_object(layout(), QJsonObject{{"power_x", 5000},
+                                                            {"power_y", 4000},
+                                                            {"power_visible", true},
+                                                            {"boxes_x", -2000},
+                                                            {"boxes_y", -50},
+                                                            {"boxes_visible", true}}));
+    start();
+    const auto reachable = [&](const char* when) {
+        const QRect room(0, 60, screen->width() - 280, screen->height() - 60);
+        for (SettingsBaseWindow* p : screen->palettes()) {
+            const QRect bar = QRect(p->pos(), QSize(p->width(), look::title_bar_height)) & room;
+            EXPECT_TRUE(bar.height() == look::title_bar_height && bar.width() >= 40)
+                << when << ": " << p->title().toStdString();
+        }
+    };
+    reachable("loaded");
+    window->resize(520, 400);
+    ASSERT_TRUE(wait_until([&] { return screen->width() == 520; }));
+    reachable("shrunk");
+    // A drag by the title bar that ends below the window.
+    SettingsBaseWindow* power = screen->settings_power();
+    QTest::mousePress(power, Qt::LeftButton, {}, QPoint(10, 10));
+    QMouseEvent move(QEvent::MouseMove, QPointF(10, 900), power->mapToGlobal(QPointF(10, 900)),
+                     Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(power, &move);
+    QTest::mouseRelease(power, Qt::LeftButton, {}, QPoint(10, 10));
+    reachable("dragged");
+    QJsonObject saved;
+    ASSERT_TRUE(read_settings_object(layout(), saved));
+    EXPECT_EQ(saved.value("power_y").toInt(), power->y());
+}
+
 TEST_F(screen_test, PalettesFollowTheTypeOfTheCurrentLayer) {
     start();
+    // The test's small window starts some hidden.
+    for (SettingsBaseWindow* p : screen->palettes())
+        p->set_stored_visible(p != screen->about());
     screen->showAbout();
     EXPECT_TRUE(screen->about()->isVisible());
     // A picture has no palettes: all go, About too.
@@ -254,7 +315,8 @@ TEST_F(screen_test, RecentProjectsDropsAndLastFolders) {
     const recent_files again(folder_to_save_data() / "recent_files.json");
     QStringList list = again.projects();
     ASSERT_EQ(list.size(), recent_files::limit);
-    EXPECT_EQ(list.mid(0, 3), (QStringList{dir + "/p3.tsrx", dir + "/p11.tsrx", dir + "/p10.tsrx"}));
+    EXPECT_EQ(list.mid(0, 3),
+              (QStringList{dir + "/p3.tsrx", dir + "/p11.tsrx", dir + "/p10.tsrx"}));
     QFile::remove(dir + "/p11.tsrx"); // gone files leave the list
     EXPECT_EQ(again.projects().mid(0, 2), (QStringList{dir + "/p3.tsrx", dir + "/p10.tsrx"}));
 

@@ -81,6 +81,7 @@ TEST_F(widgets, TabWalksTheFieldsOfShownPalettesInOrder) {
                         back ? Qt::ShiftModifier : Qt::NoModifier);
         return QApplication::focusWidget();
     };
+    screen->settings_labels()->show(); // the test's small window starts it hidden
     screen->set_focus_to(a1);
     ASSERT_TRUE(wait_until([&] { return a1->hasFocus(); }));
     EXPECT_EQ(tab(), a2);

@@ -1,0 +1,99 @@
+#include "app/palette_places.h"
+
+#include "panels/look.h"
+
+#include <algorithm>
+
+namespace Vantora_TesserinePro::palette_places {
+
+namespace {
+
+// From the window's left edge, and between two palettes.
+constexpr int margin = 10;
+constexpr int gap = 6;
+// Of a title bar, this much stays within reach: enough to take it.
+constexpr int grip = 60;
+
+// Places palettes one by one, beside or under those placed before.
+struct builder {
+    const sizes& size;
+    places at{};
+    void put(palette p, int x, int y) { at[p] = {QPoint(x, y), true}; }
+    int right_of(palette p) const { return at[p].at.x() + size[p].width() + gap; }
+    int under(palette p) const { return at[p].at.y() + size[p].height() + gap; }
+};
+
+// The arrangement of the design's default places, at our palettes' sizes:
+// Screen Info at the top left; Labels, Colors and Power in a row under it;
+// the Data palette under Colors and Power, the raster label's right of it.
+places all(const sizes& size) {
+    builder b{size};
+    b.put(boxes, margin, canvas_top);
+    b.put(labels, margin, b.under(boxes));
+    b.put(colors, b.right_of(labels), b.under(boxes));
+    b.put(power, b.right_of(colors), b.under(boxes));
+    b.put(snake, b.right_of(labels), std::max(b.under(colors), b.under(power)));
+    b.put(raster, b.right_of(snake), b.at[snake].at.y());
+    return b.at;
+}
+
+// For a smaller window the four most used: the Data palette right of
+// Screen Info, Power and Colors under it.
+places four(const sizes& size) {
+    builder b{size};
+    b.put(boxes, margin, canvas_top);
+    b.put(snake, b.right_of(boxes), canvas_top);
+    b.put(power, margin, b.under(boxes));
+    b.put(colors, b.right_of(power), b.under(boxes));
+    return b.at;
+}
+
+places screen_info_alone(const sizes&) {
+    places at{};
+    at[boxes] = {QPoint(margin, canvas_top), true};
+    return at;
+}
+
+bool fits(const places& at, const sizes& size, const QRect& room) {
+    for (int p = 0; p < count; ++p)
+        if (at[p].shown && !room.contains(QRect(at[p].at, size[p]))) return false;
+    return true;
+}
+
+} // namespace
+
+places first_start(QSize window, const sizes& size) {
+    // Palettes keep to the canvas below the strips and left of the lists,
+    // and leave a quarter of its width free on the right for the picture.
+    const QRect room(0, strips_bottom, (window.width() - lists_width) * 3 / 4,
+                     window.height() - strips_bottom);
+    places chosen = screen_info_alone(size);
+    for (places (*arrange)(const sizes&) : {all, four})
+        if (places at = arrange(size); fits(at, size, room)) {
+            chosen = at;
+            break;
+        }
+    // Those left out wait where the full arrangement puts them, moved in as
+    // far as the canvas allows, so that they show whole when asked for.
+    const places full = all(size);
+    const QRect canvas(0, canvas_top, window.width() - lists_width, window.height() - canvas_top);
+    for (int p = 0; p < count; ++p)
+        if (!chosen[p].shown) {
+            const QPoint at = full[p].at;
+            chosen[p].at = QPoint(
+                std::max(0, std::min(at.x(), canvas.width() - size[p].width())),
+                std::max(canvas_top, std::min(at.y(), canvas.bottom() + 1 - size[p].height())));
+        }
+    return chosen;
+}
+
+QPoint reachable(const QRect& palette, QSize window) {
+    const int held = std::min(grip, palette.width());
+    // The bar's rows and the frame's top line.
+    const int bar = look::title_bar_height + 1;
+    const int x = std::min(palette.x(), window.width() - lists_width - held);
+    const int y = std::min(palette.y(), window.height() - bar);
+    return QPoint(std::max(x, held - palette.width()), std::max(y, strips_bottom));
+}
+
+} // namespace Vantora_TesserinePro::palette_places
