@@ -75,7 +75,7 @@ MUTANTS=(
   "snap-right-edge|src/canvas/main_impact.cpp|s/x = W - w;/x = W - w - 1;/"
   "snap-bottom-edge|src/canvas/main_impact.cpp|s/y = H - h;/y = H - h - 1;/"
   "snap-skips-hidden|src/canvas/main_impact.cpp|s/if (!other) continue;/if (!other || other->is_hidden()) continue;/"
-  "snap-right-on-left|src/canvas/main_impact.cpp|s/{v + size - other, other - size}/{v + size - other, other + size}/"
+  "snap-right-on-left|src/canvas/main_impact.cpp|s/{a + size_a - b, b - size_a}/{a + size_a - b, b + size_a}/"
   "snap-neighbours-first|src/canvas/main_impact.cpp|s/^    snap_paper(x, y, done_x, done_y);/    snap_others(x, y, done_x, done_y);\n&/"
   "hit-test-bottom-first|src/canvas/main_impact.cpp|s/for (long long i = workspace->get_layers_count() - 1; i >= 0; --i) {/for (long long i = 0; i < workspace->get_layers_count(); ++i) {/"
   "hit-test-hidden|src/canvas/main_impact.cpp|s/if (!layer || layer->is_hidden()) continue;/if (!layer) continue;/"

@@ -5,7 +5,8 @@
 # laptop's 1366x768 (docs/window-small.png), and on full HD's double and one
 # and a half at Qt's scale factors 2 and 1.5 (docs/window-scale2.png,
 # docs/window-scale1.5.png), and every palette laid out side by side with
-# the About box open (docs/palettes.png).
+# the About box open (docs/palettes.png); and the first and third pages of
+# the show report of two walls (docs/report.png).
 set -euo pipefail
 source "$(dirname "$0")/setup.sh"
 source "$ROOT/scripts/xvfb.bash"
@@ -19,6 +20,13 @@ mkdir -m 0700 "$XDG_RUNTIME_DIR"
 mkdir -p "$ROOT/docs"
 cp "$BUILD_DIR/icons/128/tesserine.png" "$ROOT/docs/icon.png"
 echo "docs/icon.png"
+# A fixed date, so that the picture changes only with the report.
+SOURCE_DATE_EPOCH=1767225600 "$BUILD_DIR/tesserine" report "$ROOT/tests/data/two_walls.tsrx" \
+  -o "$WORK/report.pdf"
+pdftoppm -r 50 -png -f 1 -l 3 "$WORK/report.pdf" "$WORK/page"
+convert "$WORK/page-1.png" "$WORK/page-3.png" -bordercolor '#888' -border 1 +append +repage \
+  -bordercolor white -border 8 +repage "$ROOT/docs/report.png"
+echo "docs/report.png"
 
 # start_program DATA_FOLDER: the program in its own data folder; sets WID.
 start_program() {

@@ -460,13 +460,15 @@ namespace {
 // The first of the four edge pairs closer than the threshold: left on left,
 // left on right, right on left, right on right.
 bool snap_axis(int& v, int size, int other, int other_size, int threshold) {
-    const int candidates[4][2] = {{v - other, other},
-                                  {v - (other + other_size), other + other_size},
-                                  {v + size - other, other - size},
-                                  {v + size - (other + other_size), other + other_size - size}};
+    // In 64 bits: offsets typed near the 32-bit limit must not overflow.
+    const long long a = v, size_a = size, b = other, size_b = other_size;
+    const long long candidates[4][2] = {{a - b, b},
+                                        {a - (b + size_b), b + size_b},
+                                        {a + size_a - b, b - size_a},
+                                        {a + size_a - (b + size_b), b + size_b - size_a}};
     for (const auto& c : candidates)
-        if (std::abs(c[0]) < threshold) {
-            v = c[1];
+        if (c[0] > -threshold && c[0] < threshold) {
+            v = int(c[1]); // wraps, as a 32-bit sum did
             return true;
         }
     return false;

@@ -30,6 +30,12 @@ constexpr bool image_size_allowed(unsigned long long width, unsigned long long h
            height <= (unsigned long long)max_image_side && width * height <= max_image_pixels;
 }
 
+// Sums of offsets and sizes as 32-bit numbers that wrap, as they always
+// have: a typed offset near the limit must not make the sum undefined.
+constexpr int wrapping_sum(int a, int b, int c = 0) {
+    return int(std::uint32_t(a) + std::uint32_t(b) + std::uint32_t(c));
+}
+
 // Layer type as stored in files.
 enum enum_layer : int {
     e_layer_boxes = 1,

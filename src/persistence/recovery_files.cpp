@@ -110,6 +110,10 @@ std::vector<left_recovery> recovery_store::left_behind() {
         claim->setStaleLockTime(0);
         // Its program still runs (or another one has just claimed it).
         if (!claim->tryLock(0)) continue;
+        // A write cut off by the crash may have left its temporary files.
+        for (const QString& temporary :
+             dir.entryList({id + ".tsrx.*", id + ".json.*"}, QDir::Files | QDir::Hidden))
+            QFile::remove(dir.filePath(temporary));
         left_recovery left;
         left.data = file::path(dir.filePath(id + ".tsrx").toStdString());
         const QString side = dir.filePath(id + ".json");

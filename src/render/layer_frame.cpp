@@ -111,9 +111,11 @@ void boxes_layer::build_frame(nano2d::context* context, error_callback on_error)
     };
     const corner corners[] = {
         {corner_top_left, offset_x, offset_y, nano2d::align_left | nano2d::align_top},
-        {corner_top_right, offset_x + w - 1, offset_y, nano2d::align_right | nano2d::align_top},
-        {corner_bottom_left, offset_x, offset_y + h - 1, nano2d::align_left | nano2d::align_bottom},
-        {corner_bottom_right, offset_x + w - 1, offset_y + h - 1,
+        {corner_top_right, wrapping_sum(offset_x, w, -1), offset_y,
+         nano2d::align_right | nano2d::align_top},
+        {corner_bottom_left, offset_x, wrapping_sum(offset_y, h, -1),
+         nano2d::align_left | nano2d::align_bottom},
+        {corner_bottom_right, wrapping_sum(offset_x, w, -1), wrapping_sum(offset_y, h, -1),
          nano2d::align_right | nano2d::align_bottom},
     };
     for (const corner& c : corners)

@@ -89,3 +89,12 @@ TEST_F(degenerate, HugeValuesInAFileReadAndSaveBack) {
     again.load_project_from_string(saved);
     EXPECT_EQ(again.get_layer(0)->get_layer_info(), big->get_layer_info());
 }
+
+TEST_F(degenerate, OffsetsAtTheLimitsDrawTheirCornerLabels) {
+    layer->CornersMode = 15;
+    for (const int offset : {2147483647, -2147483647 - 1}) {
+        layer->set_offset_x(offset);
+        layer->set_offset_y(offset);
+        EXPECT_TRUE(paint().empty()) << offset;
+    }
+}
