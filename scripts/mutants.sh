@@ -133,7 +133,7 @@ catches() {
     fi
   done
   if [ ${#caught[@]} -eq 0 ] || [ -n "${MUTANTS_ALL:-}" ]; then
-    for script in tests/cli/*.sh; do
+    for script in "$ROOT"/tests/cli/*.sh; do
       if ! QT_QPA_PLATFORM=offscreen timeout 600 bash "$script" "$BUILD/tesserine" >/dev/null 2>&1; then
         caught+=("cli_$(basename "$script" .sh)")
         [ -z "${MUTANTS_ALL:-}" ] && break
