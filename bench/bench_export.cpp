@@ -1,9 +1,11 @@
 // Export speed: the layered PSD of an 8K wall against writing the same
-// number of bytes in one go, which is as fast as the disk path gets.
+// number of bytes in one go, which is as fast as the disk path gets; and
+// the show report of the same wall against the PSD.
 
 #include "bench_workspaces.h"
 #include "document/global.h"
 #include "export/psd_saver.h"
+#include "export/report.h"
 #include "render/draw2d_context.h"
 
 #include <QFile>
@@ -122,5 +124,18 @@ void fwrite_fdatasync_8k_16layers(benchmark::State& state) {
     write_in_one_go(state, true);
 }
 BENCHMARK(fwrite_fdatasync_8k_16layers)->Unit(benchmark::kMillisecond)->UseRealTime();
+
+// The show report of the wall: the frame embedded losslessly at full size,
+// a page per screen layer with its port loads, the totals.
+void report_8k_16layers(benchmark::State& state) {
+    export_wall& w = wall();
+    const file::path target(w.path("wall.pdf"));
+    const report_options options{false, "wall", "2026-01-01"};
+    for (auto _ : state)
+        if (!write_report(w.global, *w.global.get_composite_image(), target, options).empty())
+            state.SkipWithError("the report could not be written");
+    state.counters["file_MB"] = double(QFile(QString::fromStdString(target.string())).size()) / 1e6;
+}
+BENCHMARK(report_8k_16layers)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 } // namespace

@@ -142,8 +142,13 @@ void first_page(page_writer& page, QPainter& painter, const Global& global, cons
         page.line("No frame was built.");
         return;
     }
-    // Opaque, as the frame shows on the canvas; at most 8K wide.
-    QImage shown = frame.convertToFormat(QImage::Format_RGB32);
+    // Opaque, as the frame shows over the canvas's black background: the
+    // premultiplied pixels read as they are, without a copy of 8K pixels;
+    // at most 8K wide.
+    QImage shown = frame.format() == QImage::Format_ARGB32_Premultiplied
+                       ? QImage(frame.constBits(), frame.width(), frame.height(),
+                                frame.bytesPerLine(), QImage::Format_RGB32)
+                       : frame.convertToFormat(QImage::Format_RGB32);
     const bool scaled = shown.width() > report_frame_width_limit;
     if (scaled)
         shown =
