@@ -42,5 +42,5 @@ TEST(psd_through_frame, ComposedLayersInStackOrderHiddenLeftOut) {
     const std::string expected = (dir.path() + "/expected.psd").toStdString();
     ASSERT_TRUE(saver.savePSD(merged.constBits(), 40, 20, int(merged.bytesPerLine()), expected));
     EXPECT_EQ(read_file(target), read_file(expected));
-    EXPECT_EQ(read_file(target).substr(42, 2), bytes{}.u16(3).s);
+    EXPECT_EQ(psd_layer_count(read_file(target)), 3);
 }

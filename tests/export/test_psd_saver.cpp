@@ -6,8 +6,6 @@
 #include "support/test_support.h"
 
 #include <QImage>
-#include <QProcess>
-#include <QStandardPaths>
 
 #include <gtest/gtest.h>
 
@@ -28,16 +26,6 @@ struct composite {
                 for (int c = 0; c < 4; ++c)
                     pixels[std::size_t(y * stride + x * 4 + c)] =
                         (unsigned char)(c * 64 + y * 16 + x);
-    }
-    // The merged image section: compression word and the three planes.
-    std::string merged() const {
-        bytes b;
-        b.u16(0);
-        for (int c = 0; c < 3; ++c)
-            for (int y = 0; y < height; ++y)
-                for (int x = 0; x < width; ++x)
-                    b.u8(pixels[std::size_t(y * stride + x * 4 + c)]);
-        return b.s;
     }
 };
 
@@ -89,7 +77,7 @@ TEST_F(psd_file, BadCompositesAndTooManyLayersAreRefused) {
     for (int i = 0; i < 32767; ++i)
         saver.add_layer(0, 0, 1, 1, px, 4, "L");
     composite one(1, 1);
-    EXPECT_EQ(save(saver, one, "many.psd").substr(42, 2), bytes{}.u16(32767).s);
+    EXPECT_EQ(psd_layer_count(save(saver, one, "many.psd")), 32767);
     saver.add_layer(0, 0, 1, 1, px, 4, "L");
     EXPECT_FALSE(saver.savePSD(one.pixels.data(), 1, 1, 4, path("too_many.psd")));
     EXPECT_FALSE(saver.last_error().empty());

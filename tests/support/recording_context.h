@@ -38,7 +38,6 @@ class recording_context : public nano2d::context {
         };
         std::map<int, image_info> images;
         int next_handle = 1;
-        int refuse_create = 0; // so many create_image calls return 0 first
     };
 
     recording_context() : m_shared(std::make_shared<shared>()), m_target("screen") {}
@@ -78,7 +77,6 @@ class recording_context : public nano2d::context {
             out += c.target + ": " + c.line() + "\n";
         return out;
     }
-    shared& state() { return *m_shared; }
 
     // The fixed text measure: every byte is half the font size wide; ascent
     // 0.8, descent 0.2 and line height 1.2 of the size.
@@ -172,10 +170,6 @@ class recording_context : public nano2d::context {
     int create_image(int w, int h, int flags, const void* pixels, int stride) override {
         add("create_image",
             {std::to_string(w), std::to_string(h), std::to_string(flags), std::to_string(stride)});
-        if (m_shared->refuse_create > 0) {
-            --m_shared->refuse_create;
-            return 0;
-        }
         const int handle = m_shared->next_handle++;
         m_shared->images[handle] = {w, h, flags, stride, pixels};
         return handle;
