@@ -3,7 +3,6 @@
 #include "support/workspace_fixtures.h"
 
 #include <QBuffer>
-#include <QFile>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -68,10 +67,7 @@ TEST_F(layers, DataDecodesAndEncodesLosslessly) {
     EXPECT_EQ(again->get_image()->pixel(2, 1), qRgba(200, 100, 50, 128));
     // Upper and lower case digits both read.
     auto lower = image();
-    std::string lower_hex = again->getImageAsHex();
-    for (auto& c : lower_hex)
-        c = char(std::tolower(c));
-    lower->load_from_hex_data(lower_hex);
+    lower->load_from_hex_data(QString::fromStdString(again->getImageAsHex()).toLower().toStdString());
     EXPECT_NE(lower->get_image(), nullptr);
 }
 
@@ -99,11 +95,9 @@ TEST_F(layers, PhotographsOverQtsDefaultDecodingCapReadBack) {
 
     // The picture file of "Add Image Layer" and of the logo: the same.
     QTemporaryDir dir;
-    const QString file = dir.filePath("photo.jpg");
-    QFile out(file);
-    ASSERT_TRUE(out.open(QIODevice::WriteOnly) && out.write(jpg) == jpg.size());
-    out.close();
-    auto loaded = load_image_file(file.toStdString());
+    const std::string file = dir.filePath("photo.jpg").toStdString();
+    ASSERT_TRUE(Vantora_TesserinePro::testing::write_file(file, jpg.toStdString()));
+    auto loaded = load_image_file(file);
     ASSERT_NE(loaded, nullptr);
     EXPECT_EQ(loaded->size(), QSize(8000, 6000));
 }

@@ -29,20 +29,15 @@ TEST(RasterLabel, ReadingRules) {
     g.get_raster_label_lines(lines);
     // First four only, trimmed, blanks dropped, then the size line.
     EXPECT_EQ(lines, (string_array{"a", "d", "1920x1080"}));
-}
 
-TEST(RasterLabel, FieldsWithoutALineKeepTheirValues) {
-    Global g;
-    g.raster_label_x = 7;
+    // Fields without a line keep their values; the size line shows the
+    // raster as drawn, at least one pixel.
     g.load_raster_label_info("Raster Label:1\n");
     EXPECT_TRUE(g.raster_label_enabled);
-    EXPECT_EQ(g.raster_label_x, 7);
-}
-
-TEST(RasterLabel, SizeLineUsesClampedRaster) {
-    Global g;
+    EXPECT_EQ(g.raster_label_x, 12);
     g.set_paper_width(0);
-    string_array lines;
-    g.get_raster_label_lines(lines);
-    EXPECT_EQ(lines, (string_array{"1x1080"}));
+    g.raster_label_lines.clear();
+    string_array size_line;
+    g.get_raster_label_lines(size_line);
+    EXPECT_EQ(size_line, (string_array{"1x1080"}));
 }
