@@ -33,11 +33,9 @@ for out in frame.png frame.tga frame.bmp frame.jpg FRAME.JPG frame.psd; do
   [ -s "$out" ] && ok || fail "render $out wrote no file"
 done
 if [ "$have_magick" = 1 ]; then
-  same "$(size frame.png)" "PNG 640 360"
-  same "$(size frame.tga)" "TGA 640 360"
-  same "$(size frame.bmp | sed 's/^BMP[0-9]*/BMP/')" "BMP 640 360"
-  same "$(size frame.jpg)" "JPEG 640 360"
-  same "$(size frame.psd)" "PSD 640 360"
+  for type in png:PNG tga:TGA bmp:BMP jpg:JPEG psd:PSD; do
+    same "$(size "frame.${type%:*}" | sed 's/^BMP[0-9]*/BMP/')" "${type#*:} 640 360"
+  done
   same "$(identify -format '%Q' frame.jpg)" 90
   # Cabinets, then black where nothing is drawn; --transparent keeps it clear.
   same "$(pixel frame.png 10 10)" "255,0,0,255"
@@ -71,12 +69,11 @@ done
 contains err.txt "has no image extension"
 
 # Bad arguments and bad input.
-expect 2 "$BIN" render wall.tsrx
-expect 2 "$BIN" render -o x.png
-expect 2 "$BIN" render wall.tsrx -o x.png --sideways
-expect 2 "$BIN" render missing.tsrx -o x.png
 printf 'hello\n' >junk.tsrx
-expect 2 "$BIN" render junk.tsrx -o x.png
+for words in "wall.tsrx" "-o x.png" "wall.tsrx -o x.png --sideways" "missing.tsrx -o x.png" \
+  "junk.tsrx -o x.png"; do
+  expect 2 "$BIN" render $words
+done
 absent x.png
 
 # A failed write leaves no file, and no folder made on the way.
