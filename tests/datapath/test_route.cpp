@@ -180,7 +180,8 @@ TEST_F(route_test, PortLoads) {
     for (const std::string& line : table("port_loads.txt")) {
         const std::string wanted = wall_of(line);
         const Snake::layer_loads loads = Snake::port_loads(*layer);
-        std::string text = loads.type + std::string(loads.failed ? " failed: " + loads.message : "");
+        std::string text = loads.type;
+        if (loads.failed) text += " failed: " + loads.message;
         char figure[128];
         for (const auto& p : loads.ports) {
             std::snprintf(figure, sizeof figure, "%s%d (%u,%u)-(%u,%u) %lld %lld %lld ",

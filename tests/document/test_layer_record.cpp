@@ -67,7 +67,8 @@ TEST_F(layers, DataDecodesAndEncodesLosslessly) {
     EXPECT_EQ(again->get_image()->pixel(2, 1), qRgba(200, 100, 50, 128));
     // Upper and lower case digits both read.
     auto lower = image();
-    lower->load_from_hex_data(QString::fromStdString(again->getImageAsHex()).toLower().toStdString());
+    lower->load_from_hex_data(
+        QString::fromStdString(again->getImageAsHex()).toLower().toStdString());
     EXPECT_NE(lower->get_image(), nullptr);
 }
 

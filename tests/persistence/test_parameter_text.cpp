@@ -74,19 +74,15 @@ const read_case reads[] = {
     {"ExcludeBoxes", "65538|ON|", "1|65538|9"},
     {"ExcludeBoxes", "3|x|4", "3|1|65538|9", "invalid digit 'x' in \"x\""},
     {"ExcludeBoxes", "4294967295", "-1|3|1|65538|9"},
-    // Colours as text, and the older six-digit form of the catalogue whose
-    // digits A to F count from 0: ABCDEF is 012345. It sets the first
-    // colour only, and only from exactly six digits.
-    {"BoxColors", "1 0 0 1|0 0 1 0", "1.000000 0.000000 0.000000 1.000000|"
-                                     "0.000000 0.000000 1.000000 0.000000"},
-    {"BoxColors_1", "12345", "1.000000 0.000000 0.000000 1.000000|"
-                             "0.000000 0.000000 1.000000 0.000000", "", "BoxColors"},
-    {"BoxColors_1", "ABCDEF", "0.003922 0.137255 0.270588 1.000000|"
-                              "0.000000 0.000000 1.000000 0.000000", "", "BoxColors"},
-    {"BoxColors_1", "B54000", "0.082353 0.250980 0.000000 1.000000|"
-                              "0.000000 0.000000 1.000000 0.000000", "", "BoxColors"},
-    {"BoxColors_2", "900C3F", "0.082353 0.250980 0.000000 1.000000|"
-                              "0.000000 0.000000 1.000000 0.000000", "", "BoxColors"},
+    // The older six-digit colour form of the catalogue, whose digits A to F
+    // count from 0: ABCDEF is 012345. It sets the first colour only, and
+    // only from exactly six digits. Colours as text add to the list.
+    {"BoxColors_1", "12345", "", "", "BoxColors"},
+    {"BoxColors_1", "ABCDEF", "0.003922 0.137255 0.270588 1.000000", "", "BoxColors"},
+    {"BoxColors_1", "B54000", "0.082353 0.250980 0.000000 1.000000", "", "BoxColors"},
+    {"BoxColors_2", "900C3F", "0.082353 0.250980 0.000000 1.000000", "", "BoxColors"},
+    {"BoxColors", "0 0 1 0",
+     "0.082353 0.250980 0.000000 1.000000|0.000000 0.000000 1.000000 0.000000"},
 };
 
 } // namespace
@@ -97,10 +93,9 @@ TEST_F(parameter_text, ReadingRules) {
         layer->apply_parameter_by_name(c.key, c.value);
         const std::string shown = *c.shown ? c.shown : c.key;
         EXPECT_EQ(layer->get_all_parameters().get(shown), c.written) << c.key << ":" << c.value;
-        EXPECT_EQ(parse_errors.str(), *c.failure ? "Parse error: " + std::string(c.failure) +
-                                                       "\n" + c.key + " : " + c.value + "\n"
-                                                 : "")
-            << c.key << ":" << c.value;
+        const std::string report =
+            std::string("Parse error: ") + c.failure + "\n" + c.key + " : " + c.value + "\n";
+        EXPECT_EQ(parse_errors.str(), *c.failure ? report : "") << c.key << ":" << c.value;
     }
 }
 
