@@ -10,7 +10,6 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -33,10 +32,7 @@ class recording_host : public workspace_host {
     void reload_all(Global&, bool) override { ++reloads; }
     bool is_only_current() const override { return only_current; }
     void update_amperes() override { ++amperes_updates; }
-    void raster_label_settings_from_raster(Global& g) override {
-        ++label_from_raster;
-        if (on_label_from_raster) on_label_from_raster(g);
-    }
+    void raster_label_settings_from_raster(Global&) override { ++label_from_raster; }
     void raster_label_settings_to_palette(Global&) override { ++label_to_palette; }
     bool layer_list_built() const override { return list_built; }
     void post_canvas_redraw() override { ++canvas_redraws; }
@@ -64,7 +60,6 @@ class recording_host : public workspace_host {
     std::vector<std::string> errors, warnings;
     std::vector<pick_request> picks;
     std::string answer; // what the file dialog answers; empty = cancelled
-    std::function<void(Global&)> on_label_from_raster;
 };
 
 // Empties the data folder (the test program's own, under a temporary
