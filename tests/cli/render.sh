@@ -5,8 +5,6 @@
 # Usage: render.sh PATH_TO_TESSERINE
 source "$(dirname "${BASH_SOURCE[0]}")/common.bash" "$1"
 
-have_magick=1
-command -v identify >/dev/null && command -v convert >/dev/null || have_magick=0
 # size FILE: "FORMAT WIDTH HEIGHT" of the first image in FILE.
 size() { identify -format '%m %w %h\n' "$1[0]" 2>/dev/null | head -n 1; }
 # pixel FILE X Y: "r,g,b,a" with alpha 0..255.
@@ -32,23 +30,21 @@ for out in frame.png frame.tga frame.bmp frame.jpg FRAME.JPG frame.psd; do
   silent out.txt
   [ -s "$out" ] && ok || fail "render $out wrote no file"
 done
-if [ "$have_magick" = 1 ]; then
-  for type in png:PNG tga:TGA bmp:BMP jpg:JPEG psd:PSD; do
-    same "$(size "frame.${type%:*}" | sed 's/^BMP[0-9]*/BMP/')" "${type#*:} 640 360"
-  done
-  same "$(identify -format '%Q' frame.jpg)" 90
-  # Cabinets, then black where nothing is drawn; --transparent keeps it clear.
-  same "$(pixel frame.png 10 10)" "255,0,0,255"
-  same "$(pixel frame.png 350 50)" "255,0,0,255"
-  same "$(pixel frame.png 600 300)" "0,0,0,255"
-  expect 0 "$BIN" render wall.tsrx -o clear.png --transparent
-  same "$(pixel clear.png 600 300 | cut -d, -f4)" 0
-  same "$(pixel frame.tga 600 300 | cut -d, -f4)" 0
-  # Only the current layer (index 0 after loading) keeps its cabinets.
-  expect 0 "$BIN" render wall.tsrx -o current.png --only-current
-  same "$(pixel current.png 10 10)" "255,0,0,255"
-  same "$(pixel current.png 350 50)" "0,0,0,255"
-fi
+for type in png:PNG tga:TGA bmp:BMP jpg:JPEG psd:PSD; do
+  same "$(size "frame.${type%:*}" | sed 's/^BMP[0-9]*/BMP/')" "${type#*:} 640 360"
+done
+same "$(identify -format '%Q' frame.jpg)" 90
+# Cabinets, then black where nothing is drawn; --transparent keeps it clear.
+same "$(pixel frame.png 10 10)" "255,0,0,255"
+same "$(pixel frame.png 350 50)" "255,0,0,255"
+same "$(pixel frame.png 600 300)" "0,0,0,255"
+expect 0 "$BIN" render wall.tsrx -o clear.png --transparent
+same "$(pixel clear.png 600 300 | cut -d, -f4)" 0
+same "$(pixel frame.tga 600 300 | cut -d, -f4)" 0
+# Only the current layer (index 0 after loading) keeps its cabinets.
+expect 0 "$BIN" render wall.tsrx -o current.png --only-current
+same "$(pixel current.png 10 10)" "255,0,0,255"
+same "$(pixel current.png 350 50)" "0,0,0,255"
 
 # Several projects into a folder, each frame as one render writes it; a
 # project that fails does not stop the others.
