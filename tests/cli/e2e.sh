@@ -147,11 +147,16 @@ mkfifo fifo.tsrx
 truncate -s 1536M sparse.tsrx
 # Special and huge files are refused without being opened or read (a hang
 # ends in the test's timeout).
-for input in missing.tsrx folder.tsrx junk.tsrx fifo.tsrx /dev/zero sparse.tsrx; do
-  expect 2 "$BIN" info "$input"
-  contains err.txt "$input"
-done
-contains err.txt "larger than 1 GiB"
+while IFS='|' read -r input text; do
+  expect 2 "$BIN" info "$input" && contains err.txt "tesserine: $input: $text"
+done <<'TABLE'
+missing.tsrx|no such file
+folder.tsrx|is a folder, not a file
+junk.tsrx|not a Tesserine project
+fifo.tsrx|is not a regular file
+/dev/zero|is not a regular file
+sparse.tsrx|is larger than 1 GiB
+TABLE
 rm sparse.tsrx
 
 # A damaged file: every reading command says so and exits 3, and still

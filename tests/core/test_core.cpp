@@ -1,16 +1,10 @@
-// Small shared pieces: the line rule, paths, colours, number readers, the
-// key/value set and whole-or-nothing file writes.
+// Small shared pieces: the line rule, paths, colours and number readers.
+// File reads and writes are checked through the commands and the writers.
 
-#include "core/atomic_file.h"
 #include "core/color.h"
 #include "core/file_path.h"
 #include "core/line_reader.h"
 #include "core/number_reader.h"
-#include "core/property_set.h"
-#include "support/test_support.h"
-
-#include <QDir>
-#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
@@ -79,31 +73,4 @@ TEST(NumberReader, DigitsWordsAndFailures) {
     EXPECT_EQ(v, 7); // no sign applied after a failure
     EXPECT_THROW(consume_int("x5", v), parse_failure);
     EXPECT_EQ(v, 0);
-}
-
-TEST(PropertySet, KeepsFirstOrderAndMerges) {
-    property_set a;
-    a.set("B", "1");
-    a.set("A", 2);
-    a.set("B", "3");
-    property_set b;
-    b.set("C", "x:y");
-    b.set("A", "");
-    a.merge(b);
-    EXPECT_EQ(a.as_string(":", "\n"), "B:3\nA:\nC:x:y\n");
-    EXPECT_EQ(a.get("missing"), "");
-    EXPECT_TRUE(a.has("C"));
-}
-
-TEST(AtomicFile, ReadingTellsWhatIsWrong) {
-    QTemporaryDir dir;
-    std::string data, error;
-    EXPECT_FALSE(read_whole_file((dir.path() + "/none").toStdString(), data, &error));
-    EXPECT_EQ(error, "no such file");
-    EXPECT_FALSE(read_whole_file(dir.path().toStdString(), data, &error));
-    EXPECT_EQ(error, "is a folder, not a file");
-    const std::string path = (dir.path() + "/bin").toStdString();
-    ASSERT_TRUE(write_file_atomically(path, std::string("a\0b", 3)));
-    ASSERT_TRUE(read_whole_file(path, data, &error));
-    EXPECT_EQ(data.size(), 3u);
 }
