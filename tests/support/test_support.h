@@ -2,6 +2,7 @@
 // Helpers shared by the test programs.
 
 #include "core/data_folder.h"
+#include "core/diagnostics.h"
 #include "document/global.h"
 #include "document/workspace_host.h"
 
@@ -10,6 +11,7 @@
 
 #include <gtest/gtest.h>
 
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -89,13 +91,12 @@ inline std::string record(int type, const std::string& body) {
 // Captures what the code under test writes to the diagnostics stream.
 class capture_diagnostics {
   public:
-    capture_diagnostics();
-    ~capture_diagnostics();
-    std::string text() const;
+    capture_diagnostics() { set_diagnostics_out(&m_stream); }
+    ~capture_diagnostics() { set_diagnostics_out(nullptr); }
+    std::string text() const { return m_stream.str(); }
 
   private:
-    struct impl;
-    impl* m;
+    std::ostringstream m_stream;
 };
 
 } // namespace Vantora_TesserinePro::testing
