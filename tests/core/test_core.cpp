@@ -1,10 +1,10 @@
-// Small shared pieces: the line rule, paths, colours and number readers.
-// File reads and writes are checked through the commands and the writers.
+// Small shared pieces: the line rule, paths and colours. Number reading is
+// checked with the screen record, file reads and writes through the
+// commands and the writers.
 
 #include "core/color.h"
 #include "core/file_path.h"
 #include "core/line_reader.h"
-#include "core/number_reader.h"
 
 #include <gtest/gtest.h>
 
@@ -45,22 +45,4 @@ TEST(Colours, WordsAndTexts) {
     EXPECT_THROW(as_color("EFDADG"), std::invalid_argument);
     EXPECT_THROW(as_color("0.1 0.2 0.3 0.4 junk"), std::invalid_argument);
     EXPECT_EQ(_hex_color(color::color(1, 0xab, 0xff)), "#01abff");
-}
-
-TEST(NumberReader, DigitsWordsAndFailures) {
-    std::int32_t v = 99;
-    consume_int("", v);
-    EXPECT_EQ(v, 0);
-    consume_int("-3", v);
-    EXPECT_EQ(v, -3);
-    consume_int("2147483647", v);
-    EXPECT_EQ(v, 2147483647);
-    consume_int("12345678901", v); // ten digits at most; the rest is not read
-    EXPECT_EQ(v, 1234567890);
-    EXPECT_THROW(consume_int("5x", v), parse_failure);
-    EXPECT_EQ(v, 5);
-    EXPECT_THROW(consume_int("-7x", v), parse_failure);
-    EXPECT_EQ(v, 7); // no sign applied after a failure
-    EXPECT_THROW(consume_int("x5", v), parse_failure);
-    EXPECT_EQ(v, 0);
 }

@@ -50,6 +50,8 @@ const read_case reads[] = {
     {"Rows", "-12z", "12", "invalid digit 'z' in \"-12z\""},
     {"GridWidth", "", "0"},
     {"SnakeLimit", " 7", "0", "invalid digit ' ' in \" 7\""},
+    {"SnakeLimit", "2147483647", "2147483647"},
+    {"SnakeLimit", "12345678901", "1234567890"}, // ten digits at most, the rest unread
     {"PhysW", "0.1", "0.100000"},
     {"PhysH", "-2.5", "-2.500000"},
     // Half columns: a bit string, the first four count, checked to the end.
