@@ -1,19 +1,11 @@
-// The raster label: its saved text and the lines it draws.
+// The raster label: reading its record and the lines it draws. Its saved
+// text is in the project goldens.
 
 #include "document/global.h"
 
 #include <gtest/gtest.h>
 
 using namespace Vantora_TesserinePro;
-
-TEST(RasterLabel, SavedTextAlwaysSaysEnabled) {
-    Global g;
-    g.raster_label_x = 10;
-    g.raster_label_y = 20;
-    g.raster_label_lines = {"Stage left", ""};
-    EXPECT_EQ(g.get_raster_label_info(),
-              "Raster Label:1\nX:10\nY:20\nFontSize:20\nLabel:Stage left\nLabel:\n");
-}
 
 TEST(RasterLabel, ReadingRules) {
     Global g;

@@ -25,12 +25,6 @@ struct presets : ::testing::Test {
 
     std::string autosave() const { return global.auto_save_preset_file_name().string(); }
     bool autosave_exists() const { return QFile::exists(QString::fromStdString(autosave())); }
-    std::vector<std::string> preset_names(const Global& g) {
-        std::vector<std::string> names;
-        for (const auto& p : const_cast<Global&>(g).get_presets())
-            names.push_back(p->get_name());
-        return names;
-    }
     void start(Global& g) {
         g.load_default_presets();
         g.load_default_layers();
@@ -114,7 +108,7 @@ TEST_F(presets, DamagedPresetFilesLoseNothing) {
         write_file(autosave(), text);
         host.warnings.clear();
         global.load_default_presets();
-        EXPECT_EQ(preset_names(global)[0], text == cut ? "Mine" : "P 2.6mm");
+        EXPECT_EQ(global.get_presets()[0]->get_name(), text == cut ? "Mine" : "P 2.6mm");
         EXPECT_EQ(read_file(autosave()), text); // stays until the next save
         const std::string copy = global.damaged_presets_copy().string();
         EXPECT_NE(copy.find("autosaved.tsrx_presets.damaged-20"), std::string::npos);
@@ -129,7 +123,7 @@ TEST_F(presets, DamagedPresetFilesLoseNothing) {
         global.open_presets_button(); // cancelled: nothing
         host.answer = bad;
         global.open_presets_button();
-        EXPECT_EQ(preset_names(global)[0], "Mine");
+        EXPECT_EQ(global.get_presets()[0]->get_name(), "Mine");
         EXPECT_EQ(read_file(autosave()), cut);
         EXPECT_FALSE(host.errors.empty());
     }

@@ -50,13 +50,6 @@ class recording_context : public nano2d::context {
             if (c.op == op) out.push_back(c);
         return out;
     }
-    // The strings drawn by text(), in order.
-    std::vector<std::string> texts() const {
-        std::vector<std::string> out;
-        for (const auto& c : m_shared->log)
-            if (c.op == "text") out.push_back(c.args[0]);
-        return out;
-    }
     // The recorded call of the text drawn with this string, or null.
     const recorded_call* text_call(const std::string& s) const {
         for (const auto& c : m_shared->log)
