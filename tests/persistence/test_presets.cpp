@@ -147,7 +147,7 @@ TEST_F(presets, NewWithASavedLogo) {
     next.load_default_layers();
     EXPECT_EQ(quiet.text(), "");
     // The logo is on top, the raster as it was: the block of zeros is read past.
-    EXPECT_EQ(describe(next), "1920x1080 Screen1 Logo (picture); current 0");
+    ASSERT_EQ(describe(next), "1920x1080 Screen1 Logo (picture); current 0");
     EXPECT_TRUE(next.get_layer(1)->is_logo);
     auto logo_layer = std::dynamic_pointer_cast<image_layer>(next.get_layer(1));
     ASSERT_TRUE(logo_layer && logo_layer->get_image());

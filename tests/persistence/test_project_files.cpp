@@ -333,7 +333,7 @@ TEST_F(files, DamageIsReportedWithItsKindAndPlace) {
         EXPECT_EQ(report.layers_read, r.read);
         EXPECT_EQ(report.layers_declared, r.declared);
         EXPECT_TRUE(r.kind ? report.has(*r.kind) : report.clean()) << report.text();
-        if (r.line)
+        if (r.line && !report.problems().empty()) // none is a failure above
             EXPECT_EQ(std::pair(report.problems()[0].line, report.problems()[0].offset),
                       std::pair(r.line, r.offset));
     }
