@@ -81,22 +81,19 @@ TEST_F(layer_frame, PhaseWordIsPluralButForOne) {
 }
 
 TEST_F(layer_frame, SeveralColoursPairDiagonalsAndShortTintsFallBack) {
+    // Two colours and a shorter list of one tint, on six cabinets in a row;
+    // the record's lists add to the layer's own.
     auto layer = bare();
-    layer->DrawBoxes = 1;
-    layer->Columns = 6;
-    layer->Rows = 1;
-    const auto c0 = color::color(10, 0, 0), c1 = color::color(20, 0, 0),
-               t0 = color::color(0, 10, 0);
-    layer->BoxColors = {c0, c1};
-    layer->BoxTintColors = {t0}; // shorter than the main list
+    layer->BoxColors.clear();
+    layer->BoxTintColors.clear();
+    layer->apply_layer_info(
+        "DrawBoxes:1\nColumns:6\nRows:1\nBoxColors:0A0000|140000\nBoxTintColors:000A00");
     build(*layer);
-    std::vector<std::string> colours;
+    std::string colours;
     for (const auto& c : rec.calls("fill_color"))
-        colours.push_back(c.args[0]);
-    const auto w = [](color::color c) { return recording_context::col(c); };
-    // counter 0..5: index = counter / 2 % 2, tint when odd.
-    EXPECT_EQ(colours, (std::vector<std::string>{w(c0), w(t0), w(c1), w(c1), w(c0), w(t0)}));
-
+        colours += c.args[0] + " ";
+    // Cabinet k takes colour k / 2 % 2, its tint when k is odd.
+    EXPECT_EQ(colours, "FF00000A FF000A00 FF000014 FF000014 FF00000A FF000A00 ");
     rec.clear();
     layer->BoxColors.clear();
     build(*layer);
