@@ -1,5 +1,8 @@
-// The workspace controller: the layer stack, selection and the change flag.
+// The workspace controller: the layer stack, selection and the change flag;
+// the names new layers take, and the raster label's record and lines (its
+// saved text is in the project goldens).
 
+#include "document/names.h"
 #include "support/workspace_fixtures.h"
 
 #include <gtest/gtest.h>
@@ -107,4 +110,60 @@ TEST_F(workspace, LogoLayerIsMadeOnceAtTheBottomAndKeepsItsName) {
     logo->set_name("Other");
     EXPECT_EQ(logo->get_name(), "Logo");
     EXPECT_EQ(logo->get_stored_name(), "Other");
+}
+
+TEST(Names, GetNewNameTakesFirstFreeNumberIgnoringCase) {
+    EXPECT_EQ(_001GetNewName("Screen", 0, {}), "Screen1");
+    EXPECT_EQ(_001GetNewName("Screen", 0, {"screen1", "SCREEN2"}), "Screen3");
+    EXPECT_EQ(_001GetNewName("Screen", 9, {"screen10"}), "Screen11");
+}
+
+TEST(Names, GetNewNameKeptEdges) {
+    string_array all;
+    for (int i = 1; i <= 999; ++i)
+        all.push_back("S" + std::to_string(i));
+    // Every number up to 999 taken: the last candidate tried, although taken.
+    EXPECT_EQ(_001GetNewName("S", 0, all), "S999");
+    EXPECT_EQ(_001GetNewName("S", 1000, {}), "");
+    EXPECT_EQ(_001GetNewName("S", 999, {}), "");
+}
+
+TEST(Names, IncrementNameRules) {
+    EXPECT_EQ(_001IncrementName("Screen1", "Screen", {"Screen1"}), "Screen2");
+    EXPECT_EQ(_001IncrementName("Screen 12", "Screen", {}), "Screen 13");
+    EXPECT_EQ(_001IncrementName("P 2.6mm", "P 2.6mm", {}), "P 2.6mm1");
+    EXPECT_EQ(_001IncrementName("12", "Screen", {}), "Screen13");
+    EXPECT_EQ(_001IncrementName("A7", "Screen", {}), "Screen1");
+    EXPECT_EQ(_001IncrementName("", "Screen", {"Screen1"}), "Screen2");
+    EXPECT_EQ(_001IncrementName("Screen9", "Screen", {"screen10"}), "Screen11");
+    EXPECT_EQ(_001IncrementName("Screen1000", "Screen", {}), "");
+    // Code points, not bytes: a non-ASCII name before the digits.
+    EXPECT_EQ(_001IncrementName("Écran4", "Screen", {}), "Écran5");
+}
+
+TEST(RasterLabel, ReadingRules) {
+    Global g;
+    g.raster_label_lines = {"old"};
+    g.load_raster_label_info("Raster Label:0\r\nX:12abc\rY:-4\nLabels:skip\nFontSize:33\n"
+                             "Label: a \nLabel:\nLabel:   \nLabel:d\nLabel:e");
+    EXPECT_FALSE(g.raster_label_enabled);
+    EXPECT_EQ(g.raster_label_x, 12);
+    EXPECT_EQ(g.raster_label_y, -4);
+    EXPECT_EQ(g.raster_label_font_size, 33);
+    EXPECT_EQ(g.raster_label_lines, (string_array{" a ", "", "   ", "d", "e"}));
+    string_array lines;
+    g.get_raster_label_lines(lines);
+    // First four only, trimmed, blanks dropped, then the size line.
+    EXPECT_EQ(lines, (string_array{"a", "d", "1920x1080"}));
+
+    // Fields without a line keep their values; the size line shows the
+    // raster as drawn, at least one pixel.
+    g.load_raster_label_info("Raster Label:1\n");
+    EXPECT_TRUE(g.raster_label_enabled);
+    EXPECT_EQ(g.raster_label_x, 12);
+    g.set_paper_width(0);
+    g.raster_label_lines.clear();
+    string_array size_line;
+    g.get_raster_label_lines(size_line);
+    EXPECT_EQ(size_line, (string_array{"1x1080"}));
 }

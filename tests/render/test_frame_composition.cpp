@@ -1,11 +1,15 @@
-// Frame composition: real renders read back pixel by pixel, and the
-// recording context for what is (or is not) drawn.
+// Frame composition: real renders read back pixel by pixel, the recording
+// context for what is (or is not) drawn, and the image files a paint
+// writes. ImageMagick's view of every format is checked through the render
+// command, failed writes and the PSD a paint writes with the exports.
 
 #include "render/draw2d_context.h"
+#include "render/image_writers.h"
 #include "support/recording_context.h"
 #include "support/workspace_fixtures.h"
 
 #include <QFile>
+#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
@@ -19,6 +23,7 @@ constexpr QRgb tint_colour = qRgba(0x95, 0xB8, 0xB8, 255);
 
 struct composition : workspace_test {
     nano2d::draw2d_context ctx;
+    QTemporaryDir dir;
 
     void paper(int w, int h) {
         global.set_paper_width(w);
@@ -36,6 +41,15 @@ struct composition : workspace_test {
         layers.erase(layers.begin());
         layers.push_back(layer);
         return layer;
+    }
+    std::string path(const std::string& name) {
+        return dir.filePath(QString::fromStdString(name)).toStdString();
+    }
+    // Requests a save and paints once.
+    bool save(const std::string& file) {
+        global.request_save_to_file(file::path(file));
+        global.defer_build_frame(true, &ctx);
+        return global.last_save_succeeded();
     }
     const image& frame() { return *global.get_composite_image(); }
     QRgb at(int x, int y) { return frame().pixel(x, y); }
@@ -198,8 +212,7 @@ TEST_F(composition, PaintWithNothingChangedDrawsNothing) {
 }
 
 TEST_F(composition, ALayerOrRasterTooLargeStopsThePassAndKeepsTheSaveRequest) {
-    const std::string out = QDir::tempPath().toStdString() + "/tesserine_failed_frame.png";
-    QFile::remove(QString::fromStdString(out));
+    const std::string out = path("frame.png");
     paper(300, 200);
     auto good = cabinets(2, 1, 128);
     auto bad = cabinets(1, 1, 100000);
@@ -217,7 +230,6 @@ TEST_F(composition, ALayerOrRasterTooLargeStopsThePassAndKeepsTheSaveRequest) {
     EXPECT_TRUE(global.last_save_succeeded());
     EXPECT_TRUE(QFile::exists(QString::fromStdString(out)));
     EXPECT_TRUE(global.get_save_to_file_requested_info().empty());
-    QFile::remove(QString::fromStdString(out));
 
     // A raster too large to allocate is refused the same way; the last
     // frame stays as it was.
@@ -283,4 +295,37 @@ TEST_F(composition, RasterLabelOnAnEmptyProjectIsTheOnlyThingDrawn) {
         for (int x = 0; x < label.width(); ++x)
             white += label.pixelColor(x, y).red() > 200;
     EXPECT_GT(white, 20);
+}
+
+TEST_F(composition, PngIsDrawnOverBlackAndTheCompositeStaysClear) {
+    paper(320, 200);
+    cabinets(1, 1, 64);
+    ASSERT_TRUE(save(path("black.png")));
+    QImage black(QString::fromStdString(path("black.png")));
+    EXPECT_EQ(black.pixel(200, 100), qRgba(0, 0, 0, 255));
+    EXPECT_EQ(black.pixel(10, 10), main_colour);
+    EXPECT_TRUE(global.get_save_to_file_requested_info().empty());
+    EXPECT_EQ(at({{200, 100}}), "clear");
+}
+
+TEST_F(composition, TgaIsUncompressed32BitWithAlphaByteForByte) {
+    // Bottom row first, B G R A, straight alpha (a fifth of 255 is exact
+    // both ways).
+    QImage img(3, 2, QImage::Format_ARGB32);
+    const QRgb pixels[] = {qRgba(1, 2, 3, 255), qRgba(4, 5, 6, 255), qRgba(255, 0, 255, 51),
+                           qRgba(7, 8, 9, 255), qRgba(0, 0, 0, 0),   qRgba(10, 11, 12, 255)};
+    for (int i = 0; i < 6; ++i)
+        img.setPixel(i % 3, i / 3, pixels[i]);
+    EXPECT_TRUE(matches_golden(encode_tga(img.convertToFormat(image_format)), "three_by_two.tga"));
+
+    // Written through a paint, it reads back with our own loader; the black
+    // background is for PNG only.
+    paper(320, 200);
+    cabinets(1, 1, 64);
+    ASSERT_TRUE(save(path("frame.tga")));
+    pointer<image> back = load_image_file(path("frame.tga"));
+    ASSERT_TRUE(back);
+    EXPECT_EQ(back->size(), QSize(320, 200));
+    EXPECT_EQ(back->pixel(10, 10), main_colour);
+    EXPECT_EQ(qAlpha(back->pixel(200, 100)), 0);
 }
