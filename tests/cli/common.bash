@@ -39,7 +39,9 @@ absent() { # FILE: nothing by that name
   if [ -e "$1" ]; then fail "$1 exists"; else ok; fi
 }
 golden() { # FILE NAME: FILE holds the bytes of tests/data/NAME
-  if cmp -s "$1" "$DATA/$2"; then ok; else fail "$1 differs from $2: $(diff "$1" "$DATA/$2" | head -20)"; fi
+  if cmp -s "$1" "$DATA/$2"; then ok; else
+    fail "$1 differs from $2: $(diff "$1" "$DATA/$2" | head -20)"
+  fi
 }
 silent() { # FILE: an empty output
   if [ -s "$1" ]; then fail "$1 is not empty: $(head -c 300 "$1")"; else ok; fi

@@ -33,7 +33,7 @@ TEST(Colours, WordsAndTexts) {
     EXPECT_EQ(c.word(), 0xFF7F7F3Fu);
     EXPECT_EQ(color_to_text(c), "0.247059 0.498039 0.498039 1.000000");
     EXPECT_EQ(as_color("0.247059 0.498039 0.498039 1.000000"), c);
-    EXPECT_EQ(as_color("0.247059 0.498039 0.498039 1.000000 \t"), c); // white space may trail
+    EXPECT_EQ(as_color("0.247059 0.498039 0.498039 1.000000 \t"), c);   // white space may trail
     EXPECT_EQ(as_color("EFDADE"), color::color(0xEF, 0xDA, 0xDE, 255)); // real hex here
     EXPECT_EQ(as_color("#00ff80"), color::color(0, 255, 128, 255));
     for (int v = 0; v < 256; ++v) {

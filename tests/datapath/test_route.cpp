@@ -185,9 +185,9 @@ TEST_F(route_test, PortLoads) {
         char figure[128];
         for (const auto& p : loads.ports) {
             std::snprintf(figure, sizeof figure, "%s%d (%u,%u)-(%u,%u) %lld %lld %lld ",
-                          &p == &loads.ports[0] ? " " : " | ", p.port, p.first_column,
-                          p.first_row, p.last_column, p.last_row, (long long)p.cabinets,
-                          (long long)p.pixels, (long long)p.area);
+                          &p == &loads.ports[0] ? " " : " | ", p.port, p.first_column, p.first_row,
+                          p.last_column, p.last_row, (long long)p.cabinets, (long long)p.pixels,
+                          (long long)p.area);
             text += figure;
             if (p.percent) std::snprintf(figure, sizeof figure, "%.1f", *p.percent);
             text += p.percent ? figure : "-";
