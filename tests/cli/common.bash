@@ -4,6 +4,7 @@
 set -uo pipefail
 
 BIN="$(realpath "$1")"
+DATA="$(realpath "$(dirname "${BASH_SOURCE[0]}")/../data")"
 WORK="$(mktemp -d)"
 trap 'chmod -R u+w "$WORK" 2>/dev/null; rm -rf "$WORK"' EXIT
 export XDG_DATA_HOME="$WORK/data"
@@ -36,6 +37,11 @@ same() { # GOT WANTED
 }
 absent() { # FILE: nothing by that name
   if [ -e "$1" ]; then fail "$1 exists"; else ok; fi
+}
+golden() { # FILE NAME: FILE holds the bytes of tests/data/NAME
+  if cmp -s "$1" "$DATA/$2"; then ok; else
+    fail "$1 differs from $2: $(diff "$1" "$DATA/$2" | head -20)"
+  fi
 }
 silent() { # FILE: an empty output
   if [ -s "$1" ]; then fail "$1 is not empty: $(head -c 300 "$1")"; else ok; fi

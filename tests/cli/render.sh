@@ -5,8 +5,6 @@
 # Usage: render.sh PATH_TO_TESSERINE
 source "$(dirname "${BASH_SOURCE[0]}")/common.bash" "$1"
 
-have_magick=1
-command -v identify >/dev/null && command -v convert >/dev/null || have_magick=0
 # size FILE: "FORMAT WIDTH HEIGHT" of the first image in FILE.
 size() { identify -format '%m %w %h\n' "$1[0]" 2>/dev/null | head -n 1; }
 # pixel FILE X Y: "r,g,b,a" with alpha 0..255.
@@ -32,25 +30,21 @@ for out in frame.png frame.tga frame.bmp frame.jpg FRAME.JPG frame.psd; do
   silent out.txt
   [ -s "$out" ] && ok || fail "render $out wrote no file"
 done
-if [ "$have_magick" = 1 ]; then
-  same "$(size frame.png)" "PNG 640 360"
-  same "$(size frame.tga)" "TGA 640 360"
-  same "$(size frame.bmp | sed 's/^BMP[0-9]*/BMP/')" "BMP 640 360"
-  same "$(size frame.jpg)" "JPEG 640 360"
-  same "$(size frame.psd)" "PSD 640 360"
-  same "$(identify -format '%Q' frame.jpg)" 90
-  # Cabinets, then black where nothing is drawn; --transparent keeps it clear.
-  same "$(pixel frame.png 10 10)" "255,0,0,255"
-  same "$(pixel frame.png 350 50)" "255,0,0,255"
-  same "$(pixel frame.png 600 300)" "0,0,0,255"
-  expect 0 "$BIN" render wall.tsrx -o clear.png --transparent
-  same "$(pixel clear.png 600 300 | cut -d, -f4)" 0
-  same "$(pixel frame.tga 600 300 | cut -d, -f4)" 0
-  # Only the current layer (index 0 after loading) keeps its cabinets.
-  expect 0 "$BIN" render wall.tsrx -o current.png --only-current
-  same "$(pixel current.png 10 10)" "255,0,0,255"
-  same "$(pixel current.png 350 50)" "0,0,0,255"
-fi
+for type in png:PNG tga:TGA bmp:BMP jpg:JPEG psd:PSD; do
+  same "$(size "frame.${type%:*}" | sed 's/^BMP[0-9]*/BMP/')" "${type#*:} 640 360"
+done
+same "$(identify -format '%Q' frame.jpg)" 90
+# Cabinets, then black where nothing is drawn; --transparent keeps it clear.
+same "$(pixel frame.png 10 10)" "255,0,0,255"
+same "$(pixel frame.png 350 50)" "255,0,0,255"
+same "$(pixel frame.png 600 300)" "0,0,0,255"
+expect 0 "$BIN" render wall.tsrx -o clear.png --transparent
+same "$(pixel clear.png 600 300 | cut -d, -f4)" 0
+same "$(pixel frame.tga 600 300 | cut -d, -f4)" 0
+# Only the current layer (index 0 after loading) keeps its cabinets.
+expect 0 "$BIN" render wall.tsrx -o current.png --only-current
+same "$(pixel current.png 10 10)" "255,0,0,255"
+same "$(pixel current.png 350 50)" "0,0,0,255"
 
 # Several projects into a folder, each frame as one render writes it; a
 # project that fails does not stop the others.
@@ -71,12 +65,11 @@ done
 contains err.txt "has no image extension"
 
 # Bad arguments and bad input.
-expect 2 "$BIN" render wall.tsrx
-expect 2 "$BIN" render -o x.png
-expect 2 "$BIN" render wall.tsrx -o x.png --sideways
-expect 2 "$BIN" render missing.tsrx -o x.png
 printf 'hello\n' >junk.tsrx
-expect 2 "$BIN" render junk.tsrx -o x.png
+for words in "wall.tsrx" "-o x.png" "wall.tsrx -o x.png --sideways" "missing.tsrx -o x.png" \
+  "junk.tsrx -o x.png"; do
+  expect 2 "$BIN" render $words
+done
 absent x.png
 
 # A failed write leaves no file, and no folder made on the way.

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <sstream>
 #include <tuple>
 
 using namespace Vantora_TesserinePro;
@@ -21,10 +22,6 @@ struct custom_path : wall_test {
     // A click in the middle of a cabinet.
     void click(std::uint32_t column, std::uint32_t row, bool remove = false) {
         layer->trigger_for_override_path(float(column) * 10 + 5, float(row) * 10 + 5, remove);
-    }
-    void expect_unchanged() {
-        EXPECT_FALSE(layer->has_changed());
-        EXPECT_FALSE(global.is_changed());
     }
 };
 
@@ -91,58 +88,46 @@ TEST_F(custom_path, RectanglesAreTheWalksWithHalfLines) {
 
 // --- editing on the canvas
 
-TEST_F(custom_path, ClicksBuildTheLastRunOnceEach) {
-    forget_changes();
-    click(0, 0);
-    EXPECT_EQ(layer->CustomPath, (path{{box_id(0, 0)}}));
-    EXPECT_TRUE(layer->has_changed());
-    EXPECT_TRUE(global.is_changed());
-    click(1, 0);
-    layer->on_space_key();
-    click(1, 1);
-    forget_changes();
-    click(0, 0); // a cabinet stands only once on the path
-    click(1, 1);
-    EXPECT_EQ(layer->CustomPath, (path{{box_id(0, 0), box_id(1, 0)}, {box_id(1, 1)}}));
-    expect_unchanged();
-    EXPECT_EQ(route(), "(0,0)S (1,0)E (1,1)S");
-}
-
-TEST_F(custom_path, RemoveDeletesTheEntryAndAnEmptiedRun) {
-    forget_changes();
-    click(0, 0, true); // nothing to remove
-    EXPECT_TRUE(layer->CustomPath.empty());
-    layer->CustomPath = {{box_id(0, 0), box_id(1, 0)}, {box_id(2, 2)}, {box_id(3, 2)}};
-    click(1, 1, true); // not on the path
-    expect_unchanged();
-    click(0, 0, true);
-    EXPECT_EQ(layer->CustomPath, (path{{box_id(1, 0)}, {box_id(2, 2)}, {box_id(3, 2)}}));
-    EXPECT_TRUE(layer->has_changed());
-    EXPECT_TRUE(global.is_changed());
-    click(2, 2, true);
-    EXPECT_EQ(layer->CustomPath, (path{{box_id(1, 0)}, {box_id(3, 2)}}));
-    click(1, 0, true);
-    click(3, 2, true);
-    EXPECT_TRUE(layer->CustomPath.empty());
-}
-
-TEST_F(custom_path, SpaceKeyClosesARunOfAtLeastTwo) {
-    forget_changes();
-    layer->on_space_key(); // empty path
-    EXPECT_TRUE(layer->CustomPath.empty());
-    layer->CustomPath = {{box_id(0, 0)}};
-    layer->on_space_key(); // a run of one can't be closed
-    EXPECT_EQ(layer->CustomPath.size(), 1u);
-    layer->CustomPath[0].push_back(box_id(1, 0));
-    layer->CustomDataPath = 0; // needs the custom path switched on
-    layer->on_space_key();
-    EXPECT_EQ(layer->CustomPath.size(), 1u);
-    layer->CustomDataPath = 2;
-    layer->on_space_key();
-    EXPECT_EQ(layer->CustomPath, (path{{box_id(0, 0), box_id(1, 0)}, {}}));
-    layer->on_space_key(); // the new run is empty
-    EXPECT_EQ(layer->CustomPath.size(), 2u);
-    expect_unchanged();
+// Clicks and the space key step by step: the path each leaves, and whether
+// it marks the layer and the workspace changed.
+TEST_F(custom_path, EditsByClicksAndSpace) {
+    const struct {
+        const char* edit;
+        const char* path;
+        bool changed;
+    } steps[] = {
+        {"remove 0 0", "", false}, // nothing to remove
+        {"space", "", false},      // nothing to close
+        {"add 0 0", "0", true},
+        {"space", "0", false}, // a run of one would have no end
+        {"add 1 0", "0,65536", true},
+        {"add 0 0", "0,65536", false}, // a cabinet stands only once on the path
+        {"space", "0,65536|", false},
+        {"space", "0,65536|", false}, // the new run is empty
+        {"add 2 2", "0,65536|131074", true},
+        {"add 3 2", "0,65536|131074,196610", true},
+        {"remove 1 1", "0,65536|131074,196610", false}, // not on the path
+        {"remove 0 0", "65536|131074,196610", true},
+        {"remove 1 0", "131074,196610", true}, // the emptied run goes
+        {"off", "131074,196610", false},
+        {"space", "131074,196610", false}, // only with the custom path on
+    };
+    for (const auto& s : steps) {
+        forget_changes();
+        std::istringstream words(s.edit);
+        std::string verb;
+        std::uint32_t column = 0, row = 0;
+        words >> verb >> column >> row;
+        if (verb == "space")
+            layer->on_space_key();
+        else if (verb == "off")
+            layer->CustomDataPath = 0;
+        else
+            click(column, row, verb == "remove");
+        EXPECT_EQ(layer->get_custom_path_string(), s.path) << s.edit;
+        EXPECT_EQ(layer->has_changed(), s.changed) << s.edit;
+        EXPECT_EQ(global.is_changed(), s.changed) << s.edit;
+    }
 }
 
 // --- text form
@@ -166,15 +151,11 @@ TEST_F(custom_path, Text) {
         {"", {}},
         {"1,2|", {{1, 2}, {}}},    // a trailing empty run round-trips
         {"1,,x,2|", {{1, 2}, {}}}, // a piece without digits makes no id
+        {"|abc|,|3", {{}, {}, {}, {3}}},
         {" 7abc,+8,-1,0,4294967297", {{7, 8, 0xFFFFFFFFu, 0, 1}}}, // as atoi reads them
     };
     for (const auto& [text, p] : read) {
         layer->set_custom_path_string(text);
         EXPECT_EQ(layer->CustomPath, p) << text;
     }
-    layer->set_custom_path_string("|abc|,|3");
-    for (const auto& run : layer->CustomPath)
-        for (std::uint32_t id : run)
-            EXPECT_NE(id, 0u);
-    EXPECT_EQ(layer->CustomPath.back(), (std::vector<std::uint32_t>{3}));
 }

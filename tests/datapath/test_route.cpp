@@ -1,7 +1,8 @@
 // The computed routers, "Novastar" and "Other Type": a table of small walls
 // whose routes are written out cabinet by cabinet (tests/data/routes.txt),
-// and thousands of random walls whose routes, marks included, are kept as
-// fingerprints in a golden file.
+// thousands of random walls whose routes, marks included, are kept as
+// fingerprints in a golden file, and a table of port loads
+// (tests/data/port_loads.txt).
 
 #include "datapath/snake.h"
 #include "support/workspace_fixtures.h"
@@ -19,14 +20,7 @@ using namespace Vantora_TesserinePro::testing;
 
 namespace {
 
-constexpr int novastar = 0;
-constexpr int other_type = 1;
-const std::string limit_text = Snake::limit_failure_text;
-
 struct route_test : wall_test {
-    void exclude(std::uint32_t column, std::uint32_t row) {
-        layer->ExcludeBoxes.add(box_id(column, row));
-    }
     // The route as text, or the failure text when the router fails.
     std::string route() {
         try {
@@ -41,13 +35,22 @@ struct route_test : wall_test {
         layer->SnakeLimit = limit;
         return route();
     }
-    // A line of the table: "TYPE MODE LIMIT SKIP HALF COLUMNSxROWS
-    // [(COLUMN,ROW)...] : ROUTE", TYPE N or O, cabinets of 10 by 10.
-    std::string route_of(const std::string& line) {
-        std::istringstream in(line.substr(0, line.find(" :")));
+    // Sets the wall of a table line, "TYPE MODE LIMIT SKIP HALF COLUMNSxROWS
+    // [(COLUMN,ROW)...] : WANTED", of cabinets of 10 by 10, and returns
+    // WANTED. TYPE is N "Novastar", O "Other Type" or C "Novastar" on a
+    // fixed custom path.
+    std::string wall_of(const std::string& line) {
+        const std::size_t colon = line.find(" :");
+        std::istringstream in(line.substr(0, colon));
         std::string type, half, size;
-        int mode, limit;
-        in >> type >> mode >> limit >> layer->SkipBlankBoxes >> half >> size;
+        in >> type >> layer->SnakeMode >> layer->SnakeLimit >> layer->SkipBlankBoxes >> half >>
+            size;
+        layer->DataDiagramType = type == "O";
+        layer->CustomDataPath = type == "C";
+        layer->CustomPath = {
+            {box_id(0, 0), box_id(1, 0), box_id(2, 0), box_id(3, 0), box_id(3, 1), box_id(2, 1)},
+            {box_id(0, 2)},
+            {box_id(1, 2), box_id(2, 2)}};
         layer->HalfColumns = std::bitset<4>(half);
         int columns = 0, rows = 0;
         std::sscanf(size.c_str(), "%dx%d", &columns, &rows);
@@ -58,7 +61,15 @@ struct route_test : wall_test {
             std::sscanf(w.c_str(), "(%u,%u)", &column, &row);
             layer->ExcludeBoxes.add(box_id(column, row));
         }
-        return route(type == "O", mode, limit);
+        return colon == std::string::npos ? "" : line.substr(std::min(line.size(), colon + 3));
+    }
+    // The lines of a table under tests/data, comments and blanks left out.
+    static std::vector<std::string> table(const std::string& name) {
+        std::vector<std::string> lines;
+        std::istringstream in(golden(name));
+        for (std::string line; std::getline(in, line);)
+            if (!line.empty() && line[0] != '#') lines.push_back(line);
+        return lines;
     }
     // Every mark the route carries, known or not, hashed to four hex digits.
     std::string fingerprint() {
@@ -84,37 +95,6 @@ struct route_test : wall_test {
     }
 };
 
-// Port loads on the 4 by 3 wall: per port "NUMBER (FIRST)-(LAST) CABINETS
-// PIXELS AREA PERCENT", "!" when over the limit, "-" for no limit.
-constexpr int custom = 2;
-struct loads_case {
-    int type, mode, limit;
-    const char* excluded;
-    int skip;
-    std::string expected;
-};
-const loads_case loads_cases[] = {
-    {novastar, 0, 800, "", 1, "1 (0,0)-(0,1) 8 800 800 100.0 | 2 (0,2)-(3,2) 4 400 400 50.0"},
-    // The excluded cabinet leaves the pixels but not the rectangle.
-    {novastar, 0, 800, "(1,1)", 1, "1 (0,0)-(0,1) 7 700 800 100.0 | 2 (0,2)-(3,2) 4 400 400 50.0"},
-    {novastar, 0, 700, "(1,1)", 0,
-     "1 (0,0)-(3,0) 4 400 400 57.1 | 2 (0,1)-(3,1) 4 400 400 57.1 | 3 (0,2)-(3,2) 4 400 400 57.1"},
-    {novastar, 0, 700, "(1,1) (2,1)", 1,
-     "1 (0,0)-(3,0) 4 400 400 57.1 | 2 (0,1)-(3,1) 2 200 400 57.1 | 3 (0,2)-(3,2) 4 400 400 57.1"},
-    {novastar, 4, 300, "", 1,
-     "1 (0,0)-(0,2) 3 300 300 100.0 | 2 (1,0)-(1,2) 3 300 300 100.0 | "
-     "3 (2,0)-(2,2) 3 300 300 100.0 | 4 (3,0)-(3,2) 3 300 300 100.0"},
-    {novastar, 0, 300, "", 1, "failed: " + limit_text},
-    {novastar, 0, -1, "", 1, "1 (0,0)-(3,2) 12 1200 1200 -"},
-    {other_type, 0, 500, "", 1,
-     "1 (0,0)-(3,1) 5 500 0 100.0 | 2 (2,1)-(1,2) 5 500 0 100.0 | 3 (2,2)-(3,2) 2 200 0 40.0"},
-    {other_type, 0, 900, "", 1, "1 (0,0)-(0,2) 9 900 0 100.0 | 2 (1,2)-(3,2) 3 300 0 33.3"},
-    {other_type, 0, 800, "(1,1)", 1, "1 (0,0)-(0,2) 8 800 0 100.0 | 2 (1,2)-(3,2) 3 300 0 37.5"},
-    // A custom path is not held to its limit; a run of one joins the next, as drawn.
-    {custom, 0, 500, "(2,0)", 1, "1 (0,0)-(2,1) 5 500 0 100.0 | 2 (0,2)-(2,2) 3 300 0 60.0"},
-    {custom, 0, 500, "(2,0)", 0, "1 (0,0)-(2,1) 6 600 0 120.0! | 2 (0,2)-(2,2) 3 300 0 60.0"},
-};
-
 } // namespace
 
 TEST(pixel_count, CeilOfTheAreaInSinglePrecision) {
@@ -134,17 +114,12 @@ TEST(pixel_count, CeilOfTheAreaInSinglePrecision) {
 }
 
 TEST_F(route_test, Walls) {
-    std::istringstream table(golden("routes.txt"));
-    int rows = 0;
-    for (std::string line; std::getline(table, line);) {
-        if (line.empty() || line[0] == '#') continue;
-        const std::size_t colon = line.find(" :");
-        ASSERT_NE(colon, std::string::npos) << line;
-        const std::string wanted = line.substr(std::min(line.size(), colon + 3));
-        EXPECT_EQ(route_of(line), wanted) << line;
-        ++rows;
+    const auto lines = table("routes.txt");
+    for (const std::string& line : lines) {
+        const std::string wanted = wall_of(line);
+        EXPECT_EQ(route(), wanted) << line;
     }
-    EXPECT_GT(rows, 50);
+    EXPECT_GT(lines.size(), 50u);
 }
 
 // Walls of every shape, mode, exclusion and limit, and long lines with gaps
@@ -202,27 +177,15 @@ TEST_F(route_test, RandomWallsKeepTheirRoutes) {
 }
 
 TEST_F(route_test, PortLoads) {
-    for (const loads_case& c : loads_cases) {
-        layer->ExcludeBoxes.clear();
-        std::istringstream words(c.excluded);
-        for (std::string w; words >> w;) {
-            unsigned column = 0, row = 0;
-            std::sscanf(w.c_str(), "(%u,%u)", &column, &row);
-            exclude(column, row);
-        }
-        layer->SkipBlankBoxes = c.skip;
-        layer->CustomDataPath = c.type == custom;
-        layer->CustomPath = {
-            {box_id(0, 0), box_id(1, 0), box_id(2, 0), box_id(3, 0), box_id(3, 1), box_id(2, 1)},
-            {box_id(0, 2)},
-            {box_id(1, 2), box_id(2, 2)}};
-        route(c.type == custom ? novastar : c.type, c.mode, c.limit);
+    for (const std::string& line : table("port_loads.txt")) {
+        const std::string wanted = wall_of(line);
         const Snake::layer_loads loads = Snake::port_loads(*layer);
-        std::string text = loads.failed ? "failed: " + loads.message : "";
+        std::string text = loads.type;
+        if (loads.failed) text += " failed: " + loads.message;
         char figure[128];
         for (const auto& p : loads.ports) {
             std::snprintf(figure, sizeof figure, "%s%d (%u,%u)-(%u,%u) %lld %lld %lld ",
-                          text.empty() ? "" : " | ", p.port, p.first_column, p.first_row,
+                          &p == &loads.ports[0] ? " " : " | ", p.port, p.first_column, p.first_row,
                           p.last_column, p.last_row, (long long)p.cabinets, (long long)p.pixels,
                           (long long)p.area);
             text += figure;
@@ -230,8 +193,7 @@ TEST_F(route_test, PortLoads) {
             text += p.percent ? figure : "-";
             if (p.over) text += '!';
         }
-        EXPECT_EQ(text, c.expected) << "case " << (&c - loads_cases);
-        EXPECT_STREQ(loads.type, c.type == custom ? "custom" : c.type ? "other" : "novastar");
+        EXPECT_EQ(text, wanted) << line;
     }
 }
 

@@ -1,17 +1,31 @@
 // The file commands: which dialog each opens, and what target path it makes
-// of the answer.
+// of the answer; and the Resolume Arena screen setup, which the media server
+// reads as it stands, so its text is checked byte for byte against golden
+// documents.
 
 #include "export_helpers.h"
 #include "support/test_support.h"
 
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <regex>
+
 using namespace Vantora_TesserinePro;
 using namespace Vantora_TesserinePro::testing;
 
 namespace {
 
-using filters = std::vector<file::file_dialog_filter>;
+// The golden document without slices, its placeholders filled in.
+std::string empty_document(const std::string& w, const std::string& h, const std::string& id) {
+    std::string text = golden("resolume_empty.xml");
+    for (const auto& [key, value] :
+         {std::pair<std::string, std::string>{"@WIDTH@", w}, {"@HEIGHT@", h}, {"@UNIQUE_ID@", id}})
+        for (std::size_t at; (at = text.find(key)) != std::string::npos;)
+            text.replace(at, key.size(), value);
+    return text;
+}
+
 using command = void (Global::*)();
 
 struct export_commands : workspace_test {
@@ -67,11 +81,55 @@ TEST_F(export_commands, ExtensionRules) {
 
 TEST_F(export_commands, ResolumeExportAndReportWriteAtOnce) {
     global.changed = 0;
+    // The setup is the document with the clock's milliseconds as its id.
+    const auto now = [] {
+        return std::chrono::duration_cast<std::chrono::milliseconds>(
+                   std::chrono::system_clock::now().time_since_epoch())
+            .count();
+    };
+    const auto before = now();
     EXPECT_EQ(target(&Global::layers_to_xml, "wall.xml"), "wall.xml");
-    EXPECT_NE(read_file((dir.path() + "/wall.xml").toStdString()).find("value=\"Wall\""),
-              std::string::npos);
+    const auto after = now();
+    const std::string file = read_file((dir.path() + "/wall.xml").toStdString());
+    std::smatch m;
+    ASSERT_TRUE(std::regex_search(file, m, std::regex("uniqueId=\"(\\d+)\"")));
+    const long long id = std::stoll(m[1]);
+    EXPECT_GE(id, before);
+    EXPECT_LE(id, after);
+    EXPECT_EQ(file, global.layers_xml_text(id));
+
     EXPECT_EQ(target(&Global::save_report_button, "wall"), "wall.pdf");
     EXPECT_EQ(read_file((dir.path() + "/wall.pdf").toStdString()).rfind("%PDF-", 0), 0u);
     EXPECT_FALSE(global.is_changed()); // the stack is not touched
     EXPECT_TRUE(host.errors.empty());
+}
+
+TEST_F(workspace_test, ResolumeWithoutScreenLayersHasNoSlicesAndAClampedRaster) {
+    EXPECT_EQ(global.layers_xml_text(1234567890123),
+              empty_document("1920", "1080", "1234567890123"));
+    add_picture(global, "Pic", 5, 5, 50, 50); // image layers give no slices
+    global.set_paper_width(0);
+    global.set_paper_height(-5);
+    EXPECT_EQ(global.layers_xml_text(7), empty_document("1", "1", "7"));
+    global.set_paper_width(7680);
+    global.set_paper_height(4320);
+    EXPECT_EQ(global.layers_xml_text(-1), empty_document("7680", "4320", "-1"));
+}
+
+TEST_F(workspace_test, ResolumeSlices) {
+    // 300 by 200 at (10, 20): rows at 66.67 and 133.33 are truncated after
+    // the offset.
+    add_screen(global, "Wall", 10, 20, 3, 2, 100);
+    // A width of 100 splits at thirds: 0, 33, 66, 100.
+    add_screen(global, "W", 0, 0, 1, 1, 100);
+    // Negative offsets truncate toward zero: -50 + 33.33 is -16.
+    add_screen(global, "Neg", -50, -7, 1, 1, 100);
+    // 2.5 columns of 3 pixels are 8 wide; 8/3 and 16/3 plus 1 sum in floats.
+    add_screen(global, "Half", 1, 0, 3, 1, 3)->HalfColumns.set(1);
+    add_picture(global, "Picture", 0, 0, 4, 4);
+    // Hidden layers are in, in stack order; names are escaped as XML needs.
+    add_screen(global, "Hidden", 0, 0, 1, 1)->set_hidden(true);
+    add_screen(global, "A&B <\"wall\"> 'x' \xC3\xA9", 0, 0, 1, 1, 3);
+    EXPECT_TRUE(matches_golden(global.layers_xml_text(1234567890123), "resolume_layers.xml"));
+    EXPECT_EQ(global.get_layers_count(), 7); // the stack is left as it was
 }

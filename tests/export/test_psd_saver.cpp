@@ -1,13 +1,12 @@
 // The layered PSD writer: the file is a contract with other programs, so it
-// is checked byte for byte against golden files.
+// is checked byte for byte against golden files; and the PSD a paint writes.
 
 #include "export/psd_saver.h"
 #include "export_helpers.h"
+#include "render/draw2d_context.h"
 #include "support/test_support.h"
 
 #include <QImage>
-#include <QProcess>
-#include <QStandardPaths>
 
 #include <gtest/gtest.h>
 
@@ -28,16 +27,6 @@ struct composite {
                 for (int c = 0; c < 4; ++c)
                     pixels[std::size_t(y * stride + x * 4 + c)] =
                         (unsigned char)(c * 64 + y * 16 + x);
-    }
-    // The merged image section: compression word and the three planes.
-    std::string merged() const {
-        bytes b;
-        b.u16(0);
-        for (int c = 0; c < 3; ++c)
-            for (int y = 0; y < height; ++y)
-                for (int x = 0; x < width; ++x)
-                    b.u8(pixels[std::size_t(y * stride + x * 4 + c)]);
-        return b.s;
     }
 };
 
@@ -89,7 +78,7 @@ TEST_F(psd_file, BadCompositesAndTooManyLayersAreRefused) {
     for (int i = 0; i < 32767; ++i)
         saver.add_layer(0, 0, 1, 1, px, 4, "L");
     composite one(1, 1);
-    EXPECT_EQ(save(saver, one, "many.psd").substr(42, 2), bytes{}.u16(32767).s);
+    EXPECT_EQ(psd_layer_count(save(saver, one, "many.psd")), 32767);
     saver.add_layer(0, 0, 1, 1, px, 4, "L");
     EXPECT_FALSE(saver.savePSD(one.pixels.data(), 1, 1, 4, path("too_many.psd")));
     EXPECT_FALSE(saver.last_error().empty());
@@ -152,4 +141,34 @@ TEST_F(psd_file, LayersGiveTheirFullSizeOffsetAndName) {
     EXPECT_EQ(plain(grown.layers()[0].alpha).size(), 2u + 7 * 4);
     EXPECT_EQ(grown.layers()[0].alpha[2 + 4], 255);
     EXPECT_EQ(grown.layers()[0].alpha[2 + 5], 0);
+}
+
+// A PSD request carried out by a frame build: every composed layer lands in
+// the file in stack order, hidden ones do not, and the merged image is the
+// composite; the same bytes as the writer makes of those layers by itself.
+TEST_F(psd_file, AFrameWritesItsComposedLayersInStackOrderHiddenLeftOut) {
+    global.set_paper_width(40);
+    global.set_paper_height(20);
+    auto bottom = add_screen(global, "Bottom", 0, 0, 2, 1, 8);
+    add_screen(global, "Hidden", 4, 4, 1, 1, 8)->set_hidden(true);
+    auto picture = add_picture(global, "Picture", 30, -2, 6, 5);
+    auto source = std::make_shared<image>(3, 3, image_format);
+    source->fill(qRgba(0, 0, 128, 128));
+    picture->set_image(source);
+    auto top = add_screen(global, "Top", 12, 6, 3, 2, 4);
+    global.request_save_to_file(path("frame.psd"));
+    nano2d::draw2d_context context;
+    ASSERT_TRUE(global.defer_build_frame(true, &context));
+    EXPECT_TRUE(global.get_save_to_file_requested_info().empty());
+
+    PSDSaver saver;
+    saver.add_layer(bottom);
+    saver.add_layer(picture);
+    saver.add_layer(top);
+    // The merged image is the composite's colour without its alpha.
+    const QImage merged = global.get_composite_image()->convertToFormat(QImage::Format_RGBA8888);
+    ASSERT_TRUE(saver.savePSD(merged.constBits(), 40, 20, int(merged.bytesPerLine()),
+                              path("expected.psd")));
+    EXPECT_EQ(read_file(path("frame.psd")), read_file(path("expected.psd")));
+    EXPECT_EQ(psd_layer_count(read_file(path("frame.psd"))), 3);
 }

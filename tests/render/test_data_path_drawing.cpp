@@ -109,24 +109,6 @@ TEST_F(data_path, GoldenLog) {
     EXPECT_TRUE(matches_golden(log, "data_path.log"));
 }
 
-TEST_F(data_path, IndexedColoursAreClearlyDifferent) {
-    const int n = indexed_color_count();
-    ASSERT_GE(n, 16);
-    for (int i = 0; i < n; ++i)
-        for (int j = i + 1; j < n; ++j) {
-            const auto a = _020GetColor(i), b = _020GetColor(j);
-            EXPECT_GE(std::abs(a.red - b.red) + std::abs(a.green - b.green) +
-                          std::abs(a.blue - b.blue),
-                      60)
-                << i << " and " << j;
-        }
-    for (int i = 0; i < n; ++i)
-        EXPECT_EQ(_020GetColor(i).alpha, 255);
-    EXPECT_EQ(_020GetColor(n), _020GetColor(0));
-    EXPECT_EQ(_020GetColor(-1), _020GetColor(n - 1));
-    EXPECT_EQ(get_indexed_data_path_color(3), _020GetColor(3));
-}
-
 TEST_F(data_path, FrameBuildsNumberFromOneAndAFailingRouteSwitchesThePathOff) {
     auto l = global.new_boxes_layer();
     l->DrawSnake = l->CustomDataPath = 1;

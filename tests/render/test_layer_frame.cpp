@@ -6,8 +6,6 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
-
 using namespace Vantora_TesserinePro;
 using namespace Vantora_TesserinePro::testing;
 
@@ -20,89 +18,50 @@ struct layer_frame : workspace_test {
     // A layer with nothing on but what the test switches on.
     pointer<boxes_layer> bare() {
         auto layer = global.new_boxes_layer();
-        layer->DrawGrid = layer->DrawCircle = layer->DrawLayerName = layer->DrawScreenSize = 0;
-        layer->DrawInfoLine = layer->DrawBoxes = layer->CornersMode = 0;
+        show_only_cabinets(*layer);
+        layer->DrawBoxes = 0;
         return layer;
     }
     void build(boxes_layer& layer) {
         layer.build_frame(&rec, [this](const std::string& m) { errors.push_back(m); });
     }
-    std::string log() const {
-        std::string out;
-        for (const auto& c : const_cast<recording_context&>(rec).log())
-            out += c.target + ": " + c.line() + "\n";
-        return out;
-    }
 };
 
 } // namespace
 
-// Each layer is drawn from its defaults with a few settings changed; the
-// log holds the chequer and its tints, outlines, circle, diagonals, dashes,
-// labels on their backgrounds, corner texts, names and the drawing order.
+// Each layer is drawn from its defaults with a few keys of its record
+// changed; the log holds the chequer and its tints, outlines, circle,
+// diagonals, dashes, labels on their backgrounds, corner texts, names and
+// the drawing order.
 TEST_F(layer_frame, GoldenLogs) {
-    const struct {
-        const char* golden;
-        std::function<void(boxes_layer&)> set;
-        bool from_bare;
-    } cases[] = {
+    // Nothing on but what a case switches on.
+    const std::string bare = "DrawGrid:0\nDrawCircle:0\nDrawLayerName:0\nDrawScreenSize:0\n"
+                             "DrawInfoLine:0\nDrawBoxes:0\nCornersMode:0\n";
+    const std::pair<const char*, std::string> cases[] = {
         // The new layer, with cabinet names, power and one excluded cabinet.
-        {"layer_frame_new.log",
-         [](boxes_layer& l) {
-             l.DrawBoxesNames = l.DrawPower = 1;
-             l.ExcludeBoxes.add(box_id(1, 0));
-         },
-         false},
+        {"layer_frame_new.log", "DrawBoxesNames:1\nDrawPower:1\nExcludeBoxes:65536"},
         // Name size 0 takes the label size, read through its normaliser (3 -> 5).
-        {"layer_frame_small_labels.log", [](boxes_layer& l) { l.LabelFontSize.value = 3; }, false},
+        {"layer_frame_small_labels.log", "LabelFontSize:3"},
         // A thick coloured circle with dashes; three size lines; the four
         // corners off the raster origin; half columns and an exclusion in
         // the info line; one phase; name and label sizes apart.
         {"layer_frame_options.log",
-         [](boxes_layer& l) {
-             l.DrawCircle = 1;
-             l.CircleWidth = 6;
-             l.CircleColor = color::color(1, 2, 3);
-             l.DrawScreenSize = l.ShowMM = l.ShowFT = 1;
-             l.CornersMode = 0xF;
-             l.offset_x = 100;
-             l.offset_y = -20;
-             l.DrawInfoLine = l.DrawPower = l.DrawLayerName = 1;
-             l.HalfColumns.set(0);
-             l.HalfColumns.set(1);
-             l.SkipBlankBoxes = 0;
-             l.ExcludeBoxes.add(box_id(2, 3));
-             l.PowerWatts = 100;
-             l.PowerPhases = 1;
-             l.LabelFontSize.value = 20;
-             l.LayerNameFontSize.value = 50;
-         },
-         true},
+         bare + "DrawCircle:1\nCircleWidth:6\nCircleColor:010203\nDrawScreenSize:1\nShowMM:1\n"
+                "ShowFT:1\nCornersMode:15\nOffsetX:100\nOffsetY:-20\nDrawInfoLine:1\nDrawPower:1\n"
+                "DrawLayerName:1\nHalfColumns:0011\nSkipBlankBoxes:0\nExcludeBoxes:131075\n"
+                "PowerWatts:100\nPowerPhases:1\nLabelFontSize:20\nLayerNameFontSize:50"},
         // Cabinet names run past Z: AA, BB, AAA.
-        {"layer_frame_names.log",
-         [](boxes_layer& l) {
-             l.DrawBoxesNames = 1;
-             l.Columns = 53;
-             l.Rows = 2;
-             l.Width = l.Height = 4;
-         },
-         true},
+        {"layer_frame_names.log", bare + "DrawBoxesNames:1\nColumns:53\nRows:2\nWidth:4\nHeight:4"},
         // Reversed, the name to the right of A1 is A2.
         {"layer_frame_names_reversed.log",
-         [](boxes_layer& l) {
-             l.DrawBoxesNames = l.BoxesNamesReverse = 1;
-             l.Columns = 27;
-             l.Rows = 2;
-             l.Width = l.Height = 4;
-         },
-         true},
+         bare + "DrawBoxesNames:1\nBoxesNamesReverse:1\nColumns:27\nRows:2\nWidth:4\nHeight:4"},
     };
-    for (const auto& c : cases) {
-        auto layer = c.from_bare ? bare() : global.new_boxes_layer();
-        c.set(*layer);
+    for (const auto& [log, settings] : cases) {
+        auto layer = global.new_boxes_layer();
+        layer->apply_layer_info(settings);
         rec.clear();
         build(*layer);
-        EXPECT_TRUE(matches_golden(log(), c.golden));
+        EXPECT_TRUE(matches_golden(rec.text(), log)) << settings;
     }
     EXPECT_TRUE(errors.empty());
 }
@@ -115,30 +74,26 @@ TEST_F(layer_frame, PhaseWordIsPluralButForOne) {
         layer->PowerPhases = phases;
         rec.clear();
         build(*layer);
-        ASSERT_EQ(rec.texts().size(), 1u);
-        EXPECT_NE(rec.texts()[0].find("| 110V | " + std::to_string(phases) + " Phases"),
+        EXPECT_NE(rec.text().find("| 110V | " + std::to_string(phases) + " Phases"),
                   std::string::npos)
-            << rec.texts()[0];
+            << rec.text();
     }
 }
 
 TEST_F(layer_frame, SeveralColoursPairDiagonalsAndShortTintsFallBack) {
+    // Two colours and a shorter list of one tint, on six cabinets in a row;
+    // the record's lists add to the layer's own.
     auto layer = bare();
-    layer->DrawBoxes = 1;
-    layer->Columns = 6;
-    layer->Rows = 1;
-    const auto c0 = color::color(10, 0, 0), c1 = color::color(20, 0, 0),
-               t0 = color::color(0, 10, 0);
-    layer->BoxColors = {c0, c1};
-    layer->BoxTintColors = {t0}; // shorter than the main list
+    layer->BoxColors.clear();
+    layer->BoxTintColors.clear();
+    layer->apply_layer_info(
+        "DrawBoxes:1\nColumns:6\nRows:1\nBoxColors:0A0000|140000\nBoxTintColors:000A00");
     build(*layer);
-    std::vector<std::string> colours;
+    std::string colours;
     for (const auto& c : rec.calls("fill_color"))
-        colours.push_back(c.args[0]);
-    const auto w = [](color::color c) { return recording_context::col(c); };
-    // counter 0..5: index = counter / 2 % 2, tint when odd.
-    EXPECT_EQ(colours, (std::vector<std::string>{w(c0), w(t0), w(c1), w(c1), w(c0), w(t0)}));
-
+        colours += c.args[0] + " ";
+    // Cabinet k takes colour k / 2 % 2, its tint when k is odd.
+    EXPECT_EQ(colours, "FF00000A FF000A00 FF000014 FF000014 FF00000A FF000A00 ");
     rec.clear();
     layer->BoxColors.clear();
     build(*layer);

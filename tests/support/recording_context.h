@@ -38,7 +38,6 @@ class recording_context : public nano2d::context {
         };
         std::map<int, image_info> images;
         int next_handle = 1;
-        int refuse_create = 0; // so many create_image calls return 0 first
     };
 
     recording_context() : m_shared(std::make_shared<shared>()), m_target("screen") {}
@@ -49,13 +48,6 @@ class recording_context : public nano2d::context {
         std::vector<recorded_call> out;
         for (const auto& c : m_shared->log)
             if (c.op == op) out.push_back(c);
-        return out;
-    }
-    // The strings drawn by text(), in order.
-    std::vector<std::string> texts() const {
-        std::vector<std::string> out;
-        for (const auto& c : m_shared->log)
-            if (c.op == "text") out.push_back(c.args[0]);
         return out;
     }
     // The recorded call of the text drawn with this string, or null.
@@ -78,7 +70,6 @@ class recording_context : public nano2d::context {
             out += c.target + ": " + c.line() + "\n";
         return out;
     }
-    shared& state() { return *m_shared; }
 
     // The fixed text measure: every byte is half the font size wide; ascent
     // 0.8, descent 0.2 and line height 1.2 of the size.
@@ -86,49 +77,45 @@ class recording_context : public nano2d::context {
 
     // --- the context
     void save() override {
-        add("save", {});
+        add("save");
         m_stack.push_back({m_font_size, m_align});
     }
     void restore() override {
-        add("restore", {});
+        add("restore");
         if (!m_stack.empty()) {
             m_font_size = m_stack.back().first;
             m_align = m_stack.back().second;
             m_stack.pop_back();
         }
     }
-    void translate(float x, float y) override { add("translate", {f(x), f(y)}); }
-    void begin_path() override { add("begin_path", {}); }
-    void close_path() override { add("close_path", {}); }
-    void move_to(float x, float y) override { add("move_to", {f(x), f(y)}); }
-    void line_to(float x, float y) override { add("line_to", {f(x), f(y)}); }
-    void rectangle(float x, float y, float w, float h) override {
-        add("rectangle", {f(x), f(y), f(w), f(h)});
-    }
-    void circle(float cx, float cy, float r) override { add("circle", {f(cx), f(cy), f(r)}); }
+    void translate(float x, float y) override { add("translate", x, y); }
+    void begin_path() override { add("begin_path"); }
+    void close_path() override { add("close_path"); }
+    void move_to(float x, float y) override { add("move_to", x, y); }
+    void line_to(float x, float y) override { add("line_to", x, y); }
+    void rectangle(float x, float y, float w, float h) override { add("rectangle", x, y, w, h); }
+    void circle(float cx, float cy, float r) override { add("circle", cx, cy, r); }
     void rectangle_outline(int x, int y, int w, int h, color::color c, int lw) override {
-        add("rectangle_outline", {std::to_string(x), std::to_string(y), std::to_string(w),
-                                  std::to_string(h), col(c), std::to_string(lw)});
+        add("rectangle_outline", x, y, w, h, c, lw);
     }
-    void fill() override { add("fill", {}); }
-    void stroke() override { add("stroke", {}); }
-    void fill_color(color::color c) override { add("fill_color", {col(c)}); }
-    void stroke_color(color::color c) override { add("stroke_color", {col(c)}); }
+    void fill() override { add("fill"); }
+    void stroke() override { add("stroke"); }
+    void fill_color(color::color c) override { add("fill_color", c); }
+    void stroke_color(color::color c) override { add("stroke_color", c); }
     void fill_paint(const nano2d::paint& p) override {
-        add("fill_paint", {std::to_string(p.image), f(p.x), f(p.y), f(p.width), f(p.height),
-                           f(p.angle), f(p.alpha)});
+        add("fill_paint", p.image, p.x, p.y, p.width, p.height, p.angle, p.alpha);
     }
-    void stroke_width(float w) override { add("stroke_width", {f(w)}); }
+    void stroke_width(float w) override { add("stroke_width", w); }
     void font_size(float s) override {
         m_font_size = s;
-        add("font_size", {f(s)});
+        add("font_size", s);
     }
-    void font_face(const std::string& face) override { add("font_face", {face}); }
+    void font_face(const std::string& face) override { add("font_face", face); }
     void text_align(int a) override {
         m_align = a;
-        add("text_align", {std::to_string(a)});
+        add("text_align", a);
     }
-    void text(const std::string& s, float x, float y) override { add("text", {s, f(x), f(y)}); }
+    void text(const std::string& s, float x, float y) override { add("text", s, x, y); }
     float text_bounds(const std::string& s, float x, float y, float b[4]) override {
         const float adv = advance_of(s);
         const float ascent = 0.8f * m_font_size, descent = 0.2f * m_font_size;
@@ -149,7 +136,7 @@ class recording_context : public nano2d::context {
         b[1] = baseline - ascent;
         b[2] = left + adv;
         b[3] = baseline + descent;
-        add("text_bounds", {s, f(x), f(y)});
+        add("text_bounds", s, x, y);
         return adv;
     }
     void measure_lines(const std::vector<std::string>& lines, float& widest,
@@ -158,30 +145,25 @@ class recording_context : public nano2d::context {
         for (const auto& l : lines)
             widest = std::max(widest, advance_of(l));
         line_height = 1.2f * m_font_size;
-        add("measure_lines", {std::to_string(lines.size())});
+        add("measure_lines", int(lines.size()));
     }
     nano2d::paint image_pattern(int handle, float x, float y, float w, float h, float angle,
                                 float alpha) override {
-        add("image_pattern", {std::to_string(handle), f(x), f(y), f(w), f(h), f(angle), f(alpha)});
+        add("image_pattern", handle, x, y, w, h, angle, alpha);
         return nano2d::paint{handle, x, y, w, h, angle, alpha};
     }
     int load_image(const std::string& name, int flags) override {
-        add("load_image", {name, std::to_string(flags)});
+        add("load_image", name, flags);
         return 0;
     }
     int create_image(int w, int h, int flags, const void* pixels, int stride) override {
-        add("create_image",
-            {std::to_string(w), std::to_string(h), std::to_string(flags), std::to_string(stride)});
-        if (m_shared->refuse_create > 0) {
-            --m_shared->refuse_create;
-            return 0;
-        }
+        add("create_image", w, h, flags, stride);
         const int handle = m_shared->next_handle++;
         m_shared->images[handle] = {w, h, flags, stride, pixels};
         return handle;
     }
     bool read_image_size(int handle, int& w, int& h) override {
-        add("read_image_size", {std::to_string(handle)});
+        add("read_image_size", handle);
         auto it = m_shared->images.find(handle);
         if (it == m_shared->images.end()) return false;
         w = it->second.width;
@@ -189,12 +171,12 @@ class recording_context : public nano2d::context {
         return true;
     }
     void update_image(int handle, const void* pixels) override {
-        add("update_image", {std::to_string(handle)});
+        add("update_image", handle);
         auto it = m_shared->images.find(handle);
         if (it != m_shared->images.end()) it->second.pixels = pixels;
     }
     void delete_image(int handle) override {
-        add("delete_image", {std::to_string(handle)});
+        add("delete_image", handle);
         m_shared->images.erase(handle);
     }
     std::unique_ptr<nano2d::context> make_offscreen(image* target) override {
@@ -202,7 +184,7 @@ class recording_context : public nano2d::context {
         ctx->m_target = target && !target->isNull() ? "image " + std::to_string(target->width()) +
                                                           "x" + std::to_string(target->height())
                                                     : "none";
-        ctx->add("offscreen", {ctx->m_target});
+        ctx->add("offscreen", ctx->m_target);
         return ctx;
     }
 
@@ -219,8 +201,13 @@ class recording_context : public nano2d::context {
 
   private:
     explicit recording_context(std::shared_ptr<shared> s) : m_shared(std::move(s)) {}
-    void add(const char* op, std::vector<std::string> args) {
-        m_shared->log.push_back({m_target, op, std::move(args)});
+    // Each argument as the log writes it.
+    static std::string arg(float v) { return f(v); }
+    static std::string arg(int v) { return std::to_string(v); }
+    static std::string arg(const std::string& s) { return s; }
+    static std::string arg(color::color c) { return col(c); }
+    template <class... A> void add(const char* op, const A&... args) {
+        m_shared->log.push_back({m_target, op, {arg(args)...}});
     }
 
     std::shared_ptr<shared> m_shared;

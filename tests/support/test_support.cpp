@@ -1,7 +1,5 @@
 #include "support/test_support.h"
 
-#include "core/diagnostics.h"
-
 #include <fstream>
 #include <iostream>
 #include <sstream>
@@ -36,21 +34,6 @@ std::string golden(const std::string& name) {
            << name << " differs from byte " << at << " on (" << got.size() << " bytes, golden "
            << wanted.size() << "): got \"" << got.substr(at, 60) << "\", golden \""
            << wanted.substr(at, 60) << "\"; the bytes got are in " << name << ".actual";
-}
-
-struct capture_diagnostics::impl {
-    std::ostringstream stream;
-};
-
-capture_diagnostics::capture_diagnostics() : m(new impl) {
-    set_diagnostics_out(&m->stream);
-}
-capture_diagnostics::~capture_diagnostics() {
-    set_diagnostics_out(nullptr);
-    delete m;
-}
-std::string capture_diagnostics::text() const {
-    return m->stream.str();
 }
 
 } // namespace Vantora_TesserinePro::testing

@@ -2,6 +2,7 @@
 // Helpers shared by the test programs.
 
 #include "core/data_folder.h"
+#include "core/diagnostics.h"
 #include "document/global.h"
 #include "document/workspace_host.h"
 
@@ -10,7 +11,7 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -33,10 +34,7 @@ class recording_host : public workspace_host {
     void reload_all(Global&, bool) override { ++reloads; }
     bool is_only_current() const override { return only_current; }
     void update_amperes() override { ++amperes_updates; }
-    void raster_label_settings_from_raster(Global& g) override {
-        ++label_from_raster;
-        if (on_label_from_raster) on_label_from_raster(g);
-    }
+    void raster_label_settings_from_raster(Global&) override { ++label_from_raster; }
     void raster_label_settings_to_palette(Global&) override { ++label_to_palette; }
     bool layer_list_built() const override { return list_built; }
     void post_canvas_redraw() override { ++canvas_redraws; }
@@ -64,7 +62,6 @@ class recording_host : public workspace_host {
     std::vector<std::string> errors, warnings;
     std::vector<pick_request> picks;
     std::string answer; // what the file dialog answers; empty = cancelled
-    std::function<void(Global&)> on_label_from_raster;
 };
 
 // Empties the data folder (the test program's own, under a temporary
@@ -94,13 +91,12 @@ inline std::string record(int type, const std::string& body) {
 // Captures what the code under test writes to the diagnostics stream.
 class capture_diagnostics {
   public:
-    capture_diagnostics();
-    ~capture_diagnostics();
-    std::string text() const;
+    capture_diagnostics() { set_diagnostics_out(&m_stream); }
+    ~capture_diagnostics() { set_diagnostics_out(nullptr); }
+    std::string text() const { return m_stream.str(); }
 
   private:
-    struct impl;
-    impl* m;
+    std::ostringstream m_stream;
 };
 
 } // namespace Vantora_TesserinePro::testing

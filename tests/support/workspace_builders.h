@@ -86,6 +86,23 @@ inline std::map<std::uint32_t, cabinet_rect> cabinet_rects(const boxes_layer& la
     return out;
 }
 
+// The workspace in one line, to compare: the raster, the stack bottom first
+// (pictures marked), the selected index, and the raster label when on.
+inline std::string describe(Global& global) {
+    std::string out =
+        std::to_string(global.get_paper_width()) + "x" + std::to_string(global.get_paper_height());
+    for (const auto& l : global.current_project()->get_layers())
+        out += " " + l->get_name() + (l->get_layer_type() == e_layer_image ? " (picture)" : "");
+    out += "; current " + std::to_string(global.get_current_layer_id());
+    if (!global.raster_label_enabled) return out;
+    out += "; label at " + std::to_string(global.raster_label_x) + "," +
+           std::to_string(global.raster_label_y) + " size " +
+           std::to_string(global.raster_label_font_size);
+    for (const auto& line : global.raster_label_lines)
+        out += " [" + line + "]";
+    return out;
+}
+
 // The names of the stack, bottom first.
 inline std::vector<std::string> layer_names(Global& global) {
     std::vector<std::string> names;
