@@ -191,11 +191,12 @@ TEST_F(files, ReaderPassesAndMessages) {
         capture_diagnostics out;
         EXPECT_EQ(summary(read(c.text)), c.layers) << c.text.substr(0, 60);
         EXPECT_EQ(out.text(), c.message) << c.text.substr(0, 60);
-        if (!c.raster.empty())
+        if (!c.raster.empty()) {
             EXPECT_EQ(std::to_string(global.paper_width) + "x" +
                           std::to_string(global.paper_height),
                       c.raster)
                 << c.text.substr(0, 60);
+        }
     }
 }
 
@@ -333,9 +334,10 @@ TEST_F(files, DamageIsReportedWithItsKindAndPlace) {
         EXPECT_EQ(report.layers_read, r.read);
         EXPECT_EQ(report.layers_declared, r.declared);
         EXPECT_TRUE(r.kind ? report.has(*r.kind) : report.clean()) << report.text();
-        if (r.line && !report.problems().empty()) // none is a failure above
+        if (r.line && !report.problems().empty()) { // none is a failure above
             EXPECT_EQ(std::pair(report.problems()[0].line, report.problems()[0].offset),
                       std::pair(r.line, r.offset));
+        }
     }
     EXPECT_TRUE(global.load_project_from_file(path("missing.tsrx")).has(k::unreadable));
 }
