@@ -145,12 +145,10 @@ TEST_F(lists, TheCurrentLayersRowIsScrolledIntoView) {
     EXPECT_TRUE(wait_until([&] { return in_view(0); }));
 }
 
-TEST_F(lists, HalfCabinetsShowAsHalfAColumnOrRowOnce) {
+TEST_F(lists, RowsCountHalfCabinetsOnceAndShowPicturesAsNotApplicable) {
     make_layers({"A"});
     auto layer = global->current_boxes_layer();
-    ASSERT_TRUE(layer);
-    layer->Columns = 5;
-    layer->Rows = 3;
+    layer->Columns = 5, layer->Rows = 3;
     struct {
         unsigned long flags;
         const char *columns, *rows;
@@ -165,6 +163,16 @@ TEST_F(lists, HalfCabinetsShowAsHalfAColumnOrRowOnce) {
         EXPECT_EQ(row_of(0)->rows->text(), c.rows) << c.flags;
     }
     EXPECT_EQ(row_of(0)->width->text(), QString::number(layer->get_width()));
+    // A picture has no cabinets: its row shows its size in pixels.
+    auto picture = global->new_image_layer();
+    picture->setMaintainAspectRatio(false);
+    picture->set_height(360);
+    sync();
+    ScrollList::list_item* item = rows->item_of(picture.get());
+    ASSERT_TRUE(item);
+    EXPECT_EQ(item->columns->text(), "N/A");
+    EXPECT_EQ(item->rows->text(), "N/A");
+    EXPECT_EQ(item->height->text(), "360");
 }
 
 TEST_F(lists, TheRowFollowsTheScreenInfoEditsItShows) {
@@ -182,21 +190,6 @@ TEST_F(lists, TheRowFollowsTheScreenInfoEditsItShows) {
     QTest::mouseClick(info->half_last_row, Qt::LeftButton);
     EXPECT_TRUE(wait_until([&] { return row_of(0)->columns->text() == "2.50"; }));
     EXPECT_TRUE(wait_until([&] { return row_of(0)->rows->text() == "4.50"; }));
-}
-
-TEST_F(lists, AnImageRowShowsNotApplicableAndItsPixelSize) {
-    make_layers({"A"});
-    auto picture = global->new_image_layer();
-    picture->setMaintainAspectRatio(false);
-    picture->set_width(640);
-    picture->set_height(360);
-    sync();
-    ScrollList::list_item* item = rows->item_of(picture.get());
-    ASSERT_TRUE(item);
-    EXPECT_EQ(item->columns->text(), "N/A");
-    EXPECT_EQ(item->rows->text(), "N/A");
-    EXPECT_EQ(item->width->text(), "640");
-    EXPECT_EQ(item->height->text(), "360");
 }
 
 TEST_F(lists, AHiddenLayerStaysHiddenThroughSaveOpenAndRebuilds) {
@@ -222,7 +215,7 @@ TEST_F(lists, AHiddenLayerStaysHiddenThroughSaveOpenAndRebuilds) {
     EXPECT_TRUE(row_of(1)->visible->isChecked());
 }
 
-TEST_F(lists, PresetCloneAndRemove) {
+TEST_F(lists, PresetsCloneRemoveAndAddTheCurrentScreenLayerFirst) {
     ASSERT_GE(global->get_presets_count(), 3);
     EXPECT_EQ(shown(presets).size(), std::size_t(global->get_presets_count()));
     make_layers({"A"});
@@ -242,19 +235,17 @@ TEST_F(lists, PresetCloneAndRemove) {
     sync();
     EXPECT_FALSE(presets->item_of(third.get())->row->isVisible());
     EXPECT_EQ(shown(presets).size(), std::size_t(count - 1));
-}
-
-TEST_F(lists, AddToPresetPutsACopyOfTheCurrentScreenLayerFirst) {
-    make_layers({"Wall"});
-    const long long count = global->get_presets_count();
-    QTest::mouseClick(bottom_button(panel->preset_list(), "Add to Preset"), Qt::LeftButton);
+    // "Add to Preset": a copy of the current screen layer, first; a picture
+    // cannot become a preset.
+    copy->set_name("Wall");
+    QPushButton* add = bottom_button(panel->preset_list(), "Add to Preset");
+    QTest::mouseClick(add, Qt::LeftButton);
     sync();
-    ASSERT_EQ(global->get_presets_count(), count + 1);
+    ASSERT_EQ(global->get_presets_count(), count);
     EXPECT_EQ(shown(presets).front(), "Wall");
-    // A picture cannot become a preset: nothing happens.
     global->new_image_layer();
-    QTest::mouseClick(bottom_button(panel->preset_list(), "Add to Preset"), Qt::LeftButton);
-    EXPECT_EQ(global->get_presets_count(), count + 1);
+    QTest::mouseClick(add, Qt::LeftButton);
+    EXPECT_EQ(global->get_presets_count(), count);
 }
 
 TEST_F(lists, TheAddMenuOpensAboveTheClickWithItsFourEntries) {

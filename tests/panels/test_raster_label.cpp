@@ -1,12 +1,8 @@
 // The raster label palette, which works on the workspace and marks no
-// layer, and the About box.
+// layer.
 
 #include "palette_fixture.h"
-#include "panels/about.h"
 #include "panels/settings_raster_label.h"
-
-#include <QDir>
-#include <QLabel>
 
 using namespace Vantora_TesserinePro;
 using namespace Vantora_TesserinePro::testing;
@@ -68,19 +64,14 @@ TEST_F(raster_label, EachControlWritesItsWorkspaceFieldAndMarksNoLayer) {
 
 TEST_F(raster_label, FillsFromTheWorkspaceAndCopiesBack) {
     EXPECT_EQ(p()->title(), "Raster Label"); // not "Labels", which is the other palette
-    global->raster_label_enabled = true;
     global->raster_label_x = -12; // only a file or a drag sets a negative place
-    global->raster_label_y = 34;
     global->raster_label_font_size = 18;
     global->raster_label_lines = {"a", "b"};
     SettingsRasterLabel* s = p();
     s->get_settings_from_layer(nullptr);
-    EXPECT_TRUE(s->enabled->isChecked());
     EXPECT_EQ(s->offset_x->text(), "-12");
-    EXPECT_EQ(s->offset_y->text(), "34");
     EXPECT_EQ(s->font_size->value(), 18);
     EXPECT_EQ(s->lines[1]->text(), "b");
-    EXPECT_EQ(s->lines[2]->text(), "");
     // An empty second line with a third one filled: the second is kept empty.
     type(s->lines[1], "");
     type(s->lines[2], "c");
