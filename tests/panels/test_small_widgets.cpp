@@ -1,43 +1,24 @@
-// The palette frame and the small widgets: clicks and drags of clickable
-// widgets, the palettes stepping aside, the check box's key and the Tab
-// chain over shown and hidden palettes.
+// The small widgets: the check box's key and focus mark, the Tab chain over
+// shown and hidden palettes, and the arithmetic of the number fields.
 
-#include "panels/settings_base_window.h"
 #include "panels/settings_boxes.h"
 #include "panels/settings_labels.h"
-#include "panels/widgets/clickable_widget.h"
 #include "panels/widgets/expression.h"
 #include "panels/widgets/small_widgets.h"
 #include "window/window_fixture.h"
 
 #include <QLineEdit>
-#include <QMouseEvent>
-#include <QVBoxLayout>
 
 using namespace Vantora_TesserinePro;
 using namespace Vantora_TesserinePro::testing;
 
 namespace {
-
 struct widgets : window_test {
     void SetUp() override {
         window_test::SetUp();
         start();
     }
-    // A press, moves by the given steps, and a release, as a hand does.
-    static void press_move_release(QWidget* w, QPoint from, std::vector<QPoint> steps) {
-        QTest::mousePress(w, Qt::LeftButton, Qt::NoModifier, from);
-        QPoint at = from;
-        for (QPoint d : steps) {
-            at += d;
-            QMouseEvent e(QEvent::MouseMove, QPointF(at), w->mapToGlobal(QPointF(at)), Qt::NoButton,
-                          Qt::LeftButton, Qt::NoModifier);
-            QCoreApplication::sendEvent(w, &e);
-        }
-        QTest::mouseRelease(w, Qt::LeftButton, Qt::NoModifier, at);
-    }
 };
-
 } // namespace
 
 TEST_F(widgets, TheCheckBoxTogglesWithSpaceAndShowsItsFocusInRed) {
