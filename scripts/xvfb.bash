@@ -60,6 +60,23 @@ wait_for() {
 window_id() { xdotool search --onlyvisible --name "$1" 2>/dev/null | head -n 1; }
 has_window() { [ -n "$(window_id "$1")" ]; }
 
+# launch ARG...: the program (ARG... its command line) in the background,
+# its output added to app.log; APP_PID is the process and WID the main
+# window once that shows, within DEADLINE seconds (120 unless set).
+launch() {
+  "$@" >>app.log 2>&1 &
+  APP_PID=$!
+  wait_for "the main window" "${DEADLINE:-120}" has_window " - Tesserine Pro$" &&
+    WID="$(window_id " - Tesserine Pro$")"
+}
+# first_frame: waits until the main window shows a new workspace's first
+# frame, cabinet (1, 1) of its wall at the canvas's pan below the top
+# panel; the last shot stays in window.png.
+first_frame() { wait_for "the first frame" "${DEADLINE:-120}" first_frame_shown; }
+first_frame_shown() {
+  shoot window.png "$WID" && pixel_is window.png $((280 + 200)) $((70 + 200)) "63,127,127"
+}
+
 # window_origin WID: "X Y" of the window's top left corner on the screen.
 window_origin() {
   local X Y WIDTH HEIGHT SCREEN WINDOW

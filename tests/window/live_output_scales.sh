@@ -52,12 +52,9 @@ same_inside_layers() {
 }
 
 for SCALE in ${SCALES:-1 1.25 1.5 2}; do
-  QT_SCALE_FACTOR="$SCALE" "$BIN" walls.tsrx >"app-$SCALE.log" 2>&1 &
-  APP_PID=$!
-  if ! wait_for "the main window at $SCALE" "$DEADLINE" has_window "Tesserine Pro$"; then
-    failed=$((failed + 1)); cat "app-$SCALE.log" >&2; continue
+  if ! QT_SCALE_FACTOR="$SCALE" launch "$BIN" walls.tsrx; then
+    failed=$((failed + 1)); cat app.log >&2; continue
   fi
-  WID="$(window_id "Tesserine Pro$")"
   eval "$(xdotool getwindowgeometry --shell "$WID")"
   strip_drawn() { shoot window.png "$WID" && [ -n "$(live_output_title window.png)" ]; }
   wait_for "the menu strip" "$DEADLINE" strip_drawn
