@@ -54,7 +54,7 @@ TEST_F(startup, SettingsRectangleRules) {
     };
     const QRectF small(QPointF(0.05, 0.05), QPointF(0.4, 0.4));
     const row rows[] = {
-        {0.05, 0.05, 0, 0.89, small},                                     // right missing
+        {0.05, 0.05, 0, 0.89, small},                                     // right missing: 0
         {0.05, 0.05, 0.14, 0.14, small},                                  // area 0.0081
         {0, 0, 0.2, 0.2, QRectF(QPointF(0, 0), QPointF(0.2, 0.2))},       // area 0.04 stays
         {100, 50, 900, 650, QRectF(QPointF(100, 50), QPointF(900, 650))}, // pixels
@@ -63,9 +63,6 @@ TEST_F(startup, SettingsRectangleRules) {
         write_settings(r.l, r.t, r.r, r.b);
         EXPECT_EQ(first_rectangle(), r.expected) << r.l << " " << r.t << " " << r.r << " " << r.b;
     }
-    // Keys that are missing read as 0: the small rectangle.
-    ASSERT_TRUE(write_settings_object(settings(), QJsonObject{{"main_window_left", 10}}));
-    EXPECT_EQ(first_rectangle(), small);
     // A broken file is no file.
     ASSERT_TRUE(write_file(settings().string(), "{ not json"));
     EXPECT_EQ(first_rectangle(), QRectF(QPointF(0.05, 0.05), QPointF(0.89, 0.89)));
@@ -93,13 +90,6 @@ TEST_F(startup, FileRequestsOpenAProjectOrFallBackOnANewWorkspace) {
     app->on_request((folder_to_save_data() / "missing.tsrx").string());
     EXPECT_EQ(global->get_layers_count(), 1); // a new workspace, without a word
     EXPECT_EQ(app->get_main_window(), window);
-
-    // A broken project is said so, and a new workspace stands.
-    ASSERT_TRUE(write_file((folder_to_save_data() / "bad.tsrx").string(),
-                           "TESSERINE_LED_PROJECT v2 1 0\n1 20\nBoxColors:nonsense\n"));
-    app->on_request((folder_to_save_data() / "bad.tsrx").string());
-    EXPECT_EQ(global->get_layers_count(), 1);
-    EXPECT_TRUE(wait_until([] { return open_box("error") != nullptr; }));
 }
 
 TEST_F(startup, ClosingAsksAndOnlyYesEndsTheProgram) {

@@ -185,23 +185,6 @@ TEST_F(canvas_test, MarksOfTheCurrentLayerFollowTheModifierGroups) {
     EXPECT_EQ(strokes_in(rec, outline), std::vector<std::string>{"rectangle 7 8 30 10"});
 }
 
-TEST_F(canvas_test, CustomPathMarksTheHoveredCabinetAndARunJustBegun) {
-    layer->CustomDataPath = 1;
-    recording_context rec = marks();
-    EXPECT_TRUE(strokes_in(rec, "7FFFCC99").empty());  // the pointer is outside
-    canvas->pointer_position = QPoint(280 + 200, 150); // cabinet (1, 1)
-    layer->set_custom_path_string("0|131073");         // a run of one: (2, 1)
-    rec = marks();
-    EXPECT_EQ(strokes_in(rec, "7FFFCC99"), std::vector<std::string>{"rectangle 128 128 128 128"});
-    // A green triangle at the centre of (2, 1), pointing right.
-    EXPECT_GE(rec.index_of("move_to 317 189"), 0);
-    EXPECT_GE(rec.index_of("line_to 323 192"), 0);
-    // A point on the line between two cabinets hovers none.
-    canvas->pointer_position = QPoint(280 + 128, 150);
-    rec = marks();
-    EXPECT_TRUE(strokes_in(rec, "7FFFCC99").empty());
-}
-
 TEST_F(canvas_test, APaintNeverStartsAnotherAndWhatTheBuildAsksWaits) {
     // "Draw Current Only" with two screen layers rebuilds at every paint,
     // yet asks for no further paint.
@@ -218,9 +201,6 @@ TEST_F(canvas_test, APaintNeverStartsAnotherAndWhatTheBuildAsksWaits) {
         QTest::qWait(100);
         return still;
     }));
-    const long long paints = g_iMainImpactRedraw;
-    QTest::qWait(200);
-    EXPECT_EQ(g_iMainImpactRedraw, paints);
     EXPECT_TRUE(global->is_changed()); // the next paint will build again
     screen->right_panel()->set_draw_current_only(false);
 

@@ -28,19 +28,18 @@ inline std::map<std::string, std::string> saved(const boxes_layer& layer) {
 inline std::string shown(QWidget* palette) {
     QStringList all;
     for (QWidget* w : palette->findChildren<QWidget*>()) {
-        if (!w->isVisibleTo(palette)) {
+        if (!w->isVisibleTo(palette))
             all << "hidden";
-        } else if (auto* c = dynamic_cast<ColorPicker*>(w)) {
+        else if (auto* c = dynamic_cast<ColorPicker*>(w))
             all << QString::number(c->get_color().word(), 16);
-        } else if (auto* b = qobject_cast<QAbstractButton*>(w)) {
+        else if (auto* b = qobject_cast<QAbstractButton*>(w))
             all << QString::number(b->isChecked());
-        } else if (auto* e = qobject_cast<QLineEdit*>(w)) {
+        else if (auto* e = qobject_cast<QLineEdit*>(w))
             all << e->text();
-        } else if (auto* box = qobject_cast<QComboBox*>(w)) {
+        else if (auto* box = qobject_cast<QComboBox*>(w))
             all << box->currentText();
-        } else if (auto* l = qobject_cast<QLabel*>(w)) {
+        else if (auto* l = qobject_cast<QLabel*>(w))
             all << l->text();
-        }
     }
     return all.join(" | ").toStdString();
 }

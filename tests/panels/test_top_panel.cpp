@@ -1,36 +1,23 @@
 // The top panel: the raster fields with arithmetic, the raster label kept
 // at the edges, the switches and the counts.
 
+#include "palette_fixture.h"
 #include "panels/settings_raster_label.h"
 #include "panels/top_panel.h"
-#include "panels/widgets/fields.h"
-#include "panels/widgets/small_widgets.h"
-#include "window/window_fixture.h"
 
 #include <QLabel>
-#include <QLineEdit>
 
 using namespace Vantora_TesserinePro;
 using namespace Vantora_TesserinePro::testing;
 
 namespace {
-
-struct panel_test : window_test {
+struct panel_test : palette_test {
     void SetUp() override {
-        window_test::SetUp();
-        start();
+        palette_test::SetUp();
         panel = screen->top_panel();
-    }
-    // Types text into a field and commits it with Return.
-    void type(QLineEdit* field, const QString& text) {
-        field->setFocus();
-        field->selectAll();
-        QTest::keyClicks(field, text);
-        QTest::keyClick(field, Qt::Key_Return);
     }
     TopPanel* panel = nullptr;
 };
-
 } // namespace
 
 TEST_F(panel_test, RasterFieldsTakeArithmeticAndTheLabelPaletteHasTheLastWord) {
