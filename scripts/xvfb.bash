@@ -175,5 +175,18 @@ fresh_map() {
 controls() {
   awk -F'\t' -v p="$1" -v k="$2" 'index($1, p) == 1 && $2 ~ k { print $3, $4, $5 }' "${3:-map.txt}"
 }
+# ... | named NAME: "X Y" of the control of that name.
+named() { awk -v n="$1" '{ xy = $1 " " $2; $1 = $2 = ""; sub(/^ +/, ""); if ($0 == n) print xy }'; }
+# control_at PLACE KIND NAME: "X Y" of that control once a fresh map shows
+# it (a menu opens in the event loop's own time); nothing after DEADLINE.
+control_at() {
+  local end=$((SECONDS + ${DEADLINE:-120})) xy
+  while [ "$SECONDS" -lt "$end" ]; do
+    fresh_map
+    xy="$(controls "$1" "$2" | named "$3" | head -n 1)"
+    [ -n "$xy" ] && echo "$xy" && return 0
+  done
+  return 1
+}
 # a_dialog_is_open: after a fresh map, whether a dialog or popup is open.
 a_dialog_is_open() { grep -q '^modal' map.txt; }

@@ -1,10 +1,9 @@
-// The main screen: where its widgets stand, the palette layout file, the
-// one refresh road of the panels, palettes by layer type and the keys;
-// the recent projects, file drops and the folders the dialogs remember.
+// The main screen: where its widgets stand, the palette layout file,
+// palettes by layer type and the keys; the recent projects, file drops and
+// the folders the dialogs remember.
 
 #include "app/recent_files.h"
 #include "app/settings_file.h"
-#include "core/diagnostics.h"
 #include "core/keys.h"
 #include "panels/about.h"
 #include "panels/look.h"
@@ -13,7 +12,6 @@
 #include "panels/settings_boxes.h"
 #include "panels/settings_power.h"
 #include "panels/settings_raster_label.h"
-#include "panels/top_menu.h"
 #include "panels/top_panel.h"
 #include "support/test_support.h"
 #include "window/window_fixture.h"
@@ -27,11 +25,8 @@
 #include <QMenu>
 #include <QMessageBox>
 #include <QMimeData>
-#include <QMouseEvent>
 #include <QPushButton>
 #include <QUrl>
-
-#include <sstream>
 
 using namespace Vantora_TesserinePro;
 using namespace Vantora_TesserinePro::testing;
@@ -40,7 +35,6 @@ namespace {
 
 struct screen_test : window_test {
     file::path layout() const { return folder_to_save_data() / "settings_layout.network_payload"; }
-    QRect place_of(QWidget* w) const { return w->geometry(); }
     std::vector<QString> titles_shown() const {
         std::vector<QString> shown;
         for (SettingsBaseWindow* p : screen->palettes())
@@ -166,18 +160,6 @@ TEST_F(screen_test, PalettesFollowTheTypeOfTheCurrentLayer) {
     QTest::mouseClick(power->findChild<QPushButton*>("close"), Qt::LeftButton);
     EXPECT_FALSE(power->isVisible());
     EXPECT_TRUE(power->stored_visible());
-}
-
-TEST_F(screen_test, ManyRefillsBetweenTwoFramesSyncTheListsOnce) {
-    start();
-    ASSERT_TRUE(wait_until([&] { return screen->right_panel()->sync_count() > 0; }));
-    QCoreApplication::processEvents();
-    const int before = screen->right_panel()->sync_count();
-    for (int i = 0; i < 50; ++i)
-        global->reload_all();
-    EXPECT_EQ(screen->right_panel()->sync_count(), before);
-    ASSERT_TRUE(wait_until([&] { return screen->right_panel()->sync_count() > before; }));
-    EXPECT_EQ(screen->right_panel()->sync_count(), before + 1);
 }
 
 TEST_F(screen_test, KeysReachTheMenuWhereverTheFocusIs) {

@@ -118,9 +118,6 @@ TEST_F(canvas_test, HitTests) {
     EXPECT_EQ(canvas->hit_test_layer(QPointF(280 + 1010, 610)), 0);
     EXPECT_EQ(canvas->hit_test_layer(QPointF(279, 10)), -1);
 
-    const QPointF in_layer = canvas->screenToLayer(QPoint(380, 50), *layer);
-    EXPECT_EQ(in_layer, QPointF(100, 50));
-
     // The raster label: off, then on at (100, 40) sized 50 x 20, at two zooms.
     global->raster_label_x = 100;
     global->raster_label_y = 40;

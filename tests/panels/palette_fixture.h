@@ -63,6 +63,11 @@ struct palette_test : window_test {
         QTest::keyClick(box, Qt::Key_Return);
     }
     static void click(CheckboxWithFocus* box) { box->click(); }
+    // A keyboard user's click: Space on the focused box.
+    static void space(CheckboxWithFocus* box) {
+        box->setFocus();
+        QTest::keyClick(box, Qt::Key_Space);
+    }
 
     // One control's edit and what it must do to the layer.
     struct edit {

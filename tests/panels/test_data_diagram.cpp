@@ -30,7 +30,7 @@ TEST_F(data_diagram, EachControlWritesItsFieldAndNothingElse) {
         {"Random Colors", [&] { click(s->random_colors); },
          [](boxes_layer& l) { l.UseRandomSnakeColor = !l.UseRandomSnakeColor; }},
         {"Color", [&] { s->color->choose(red); }, [](boxes_layer& l) { l.SnakeColor = red; }},
-        {"Visible", [&] { click(s->visible); }, [](boxes_layer& l) { l.DrawSnake = !l.DrawSnake; }},
+        {"Visible", [&] { space(s->visible); }, [](boxes_layer& l) { l.DrawSnake = !l.DrawSnake; }},
         {"Line Width", [&] { type(s->line_width, 12); }, [](boxes_layer& l) { l.SnakeWidth = 12; }},
         {"Custom Path", [&] { click(s->custom_path); },
          [](boxes_layer& l) { l.CustomDataPath = !l.CustomDataPath; }},

@@ -42,7 +42,7 @@ TEST_F(labels, EachControlWritesItsFieldAndNothingElse) {
         {"Layer Size (m)", [&] { click(s->size_m); }, [](boxes_layer& l) { l.ShowMM = !l.ShowMM; }},
         {"Layer Size (ft)", [&] { click(s->size_ft); },
          [](boxes_layer& l) { l.ShowFT = !l.ShowFT; }},
-        {"Power", [&] { click(s->power); }, [](boxes_layer& l) { l.DrawPower = !l.DrawPower; }},
+        {"Power", [&] { space(s->power); }, [](boxes_layer& l) { l.DrawPower = !l.DrawPower; }},
         {"Info", [&] { click(s->info); }, [](boxes_layer& l) { l.DrawInfoLine = !l.DrawInfoLine; }},
         {"Labels Color", [&] { s->labels_color->choose(red); },
          [](boxes_layer& l) { l.LabelFontColor = red; }},

@@ -1,10 +1,9 @@
-// The small widgets: the check box's key and focus mark, the Tab chain over
-// shown and hidden palettes, and the arithmetic of the number fields.
+// The Tab chain over shown and hidden palettes, and the arithmetic of the
+// number fields.
 
 #include "panels/settings_boxes.h"
 #include "panels/settings_labels.h"
 #include "panels/widgets/expression.h"
-#include "panels/widgets/small_widgets.h"
 #include "window/window_fixture.h"
 
 #include <QLineEdit>
@@ -20,27 +19,6 @@ struct widgets : window_test {
     }
 };
 } // namespace
-
-TEST_F(widgets, TheCheckBoxTogglesWithSpaceAndShowsItsFocusInRed) {
-    CheckboxWithFocus box(screen);
-    box.setGeometry(600, 300, 30, 30);
-    box.show();
-    std::vector<bool> heard;
-    box.set_callback([&](bool v) { heard.push_back(v); });
-    box.set_checked(true); // by program: no callback
-    EXPECT_TRUE(heard.empty());
-    box.setFocus();
-    ASSERT_TRUE(wait_until([&] { return box.hasFocus(); }));
-    QTest::keyClick(&box, Qt::Key_Space);
-    EXPECT_FALSE(box.isChecked());
-    EXPECT_EQ(heard, std::vector<bool>{false});
-    const QImage focused = box.grab().toImage();
-    bool red = false;
-    for (int y = 0; y < focused.height(); ++y)
-        for (int x = 0; x < focused.width(); ++x)
-            red = red || focused.pixel(x, y) == qRgb(255, 0, 0);
-    EXPECT_TRUE(red);
-}
 
 TEST_F(widgets, TabWalksTheFieldsOfShownPalettesInOrder) {
     // Two fields in each of two palettes, chained in construction order.
