@@ -47,46 +47,28 @@ TEST_F(startup, FirstStartTakesTheMiddleOfTheScreenAndANewWorkspace) {
     EXPECT_EQ(global->get_presets_count(), 9); // the built-in catalogue
 }
 
-TEST_F(startup, SettingsRectangleRules) {
-    struct row {
-        double l, t, r, b;
-        QRectF expected;
-    };
-    const QRectF small(QPointF(0.05, 0.05), QPointF(0.4, 0.4));
-    const row rows[] = {
-        {0.05, 0.05, 0, 0.89, small},                                     // right missing: 0
-        {0.05, 0.05, 0.14, 0.14, small},                                  // area 0.0081
-        {0, 0, 0.2, 0.2, QRectF(QPointF(0, 0), QPointF(0.2, 0.2))},       // area 0.04 stays
-        {100, 50, 900, 650, QRectF(QPointF(100, 50), QPointF(900, 650))}, // pixels
-    };
-    for (const row& r : rows) {
-        write_settings(r.l, r.t, r.r, r.b);
-        EXPECT_EQ(first_rectangle(), r.expected) << r.l << " " << r.t << " " << r.r << " " << r.b;
-    }
-    // A broken file is no file.
+TEST_F(startup, TheWindowOpensWhereItWasUnlessTheSettingsFileIsUnusable) {
+    // Too small a rectangle gives a small one; a broken file is no file.
+    write_settings(0.05, 0.05, 0.14, 0.14);
+    EXPECT_EQ(first_rectangle(), QRectF(QPointF(0.05, 0.05), QPointF(0.4, 0.4)));
     ASSERT_TRUE(write_file(settings().string(), "{ not json"));
     EXPECT_EQ(first_rectangle(), QRectF(QPointF(0.05, 0.05), QPointF(0.89, 0.89)));
-
+    // A rectangle in pixels is taken as it is.
     write_settings(100, 50, 900, 650);
     start();
     EXPECT_EQ(window->geometry(), QRect(100, 50, 800, 600));
 }
 
 TEST_F(startup, FileRequestsOpenAProjectOrFallBackOnANewWorkspace) {
+    start();
     // A project of two layers whose top one was current when it was saved.
-    {
-        Global g;
-        g.load_default_layers();
-        g.new_boxes_layer();
-        g.set_current_layer_index(1);
-        ASSERT_TRUE(g.save_project_to_file(folder_to_save_data() / "two.tsrx"));
-    }
+    global->new_boxes_layer();
+    global->set_current_layer_index(1);
     const std::string two = (folder_to_save_data() / "two.tsrx").string();
-    start(two);
+    ASSERT_TRUE(global->save_project_to_file(two));
+    app->on_request(two);
     EXPECT_EQ(global->get_layers_count(), 2);
     EXPECT_EQ(global->get_current_layer_id(), 0); // the request selects the bottom
-
-    global->new_boxes_layer();
     app->on_request((folder_to_save_data() / "missing.tsrx").string());
     EXPECT_EQ(global->get_layers_count(), 1); // a new workspace, without a word
     EXPECT_EQ(app->get_main_window(), window);

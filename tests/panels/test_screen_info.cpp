@@ -16,8 +16,8 @@ const color::color red(200, 10, 20, 255);
 
 TEST_F(screen_info, EachControlWritesItsFieldAndNothingElse) {
     SettingsBoxes* s = p();
-    // Fields take arithmetic and show its result; nonsense is 0, and so is
-    // a negative offset.
+    // Fields take arithmetic, truncated, and show its result; nonsense is 0,
+    // and so is a negative offset.
     check_edits(s, {
         {"Offset X", [&] { type(s->offset_x, "37"); }, [](boxes_layer& l) { l.offset_x = 37; }},
         {"Offset X negative", [&] { type(s->offset_x, "-5"); },
@@ -25,15 +25,17 @@ TEST_F(screen_info, EachControlWritesItsFieldAndNothingElse) {
         {"Offset Y", [&] { type(s->offset_y, "12"); }, [](boxes_layer& l) { l.offset_y = 12; }},
         {"Cabinet Width", [&] { type(s->cabinet_width, "1920/2"); },
          [](boxes_layer& l) { l.Width = 960; }},
-        {"Cabinet Height", [&] { type(s->cabinet_height, "90"); },
-         [](boxes_layer& l) { l.Height = 90; }},
+        {"Cabinet Height", [&] { type(s->cabinet_height, "(3+4)*2.9"); },
+         [](boxes_layer& l) { l.Height = 20; }},
         {"Screen Columns", [&] { type(s->columns, "3"); }, [](boxes_layer& l) { l.Columns = 3; }},
+        {"Screen Columns 0/0", [&] { type(s->columns, "0/0"); },
+         [](boxes_layer& l) { l.Columns = 0; }},
         {"Screen Rows", [&] { type(s->rows, "4"); }, [](boxes_layer& l) { l.Rows = 4; }},
         {"Screen Rows nonsense", [&] { type(s->rows, "abc"); }, [](boxes_layer& l) { l.Rows = 0; }},
         {"Panel Width", [&] { type(s->panel_width, "2.46"); },
          [](boxes_layer& l) { l.PhysW = 2.46f; }},
-        {"Panel Height", [&] { type(s->panel_height, "320"); },
-         [](boxes_layer& l) { l.PhysH = 320; }},
+        {"Panel Height", [&] { type(s->panel_height, "500/2"); },
+         [](boxes_layer& l) { l.PhysH = 250; }},
         {"Half First Column", [&] { click(s->half_first_column); },
          [](boxes_layer& l) { l.HalfColumns = 0b0001; }},
         {"Half Last Column", [&] { click(s->half_last_column); },

@@ -3,7 +3,6 @@
 // and redo with the unsaved question.
 
 #include "app/undo_controller.h"
-#include "canvas/live_output.h"
 #include "core/data_folder.h"
 #include "core/keys.h"
 #include "panels/settings_data_diagram.h"
@@ -96,10 +95,6 @@ TEST_F(menu_test, EveryShortcutReachesItsCommandAlsoFromATextField) {
     const bool data_tools = screen->settings_data_diagram()->stored_visible();
     press("CONTROL+SHIFT+6");
     EXPECT_NE(screen->settings_data_diagram()->stored_visible(), data_tools);
-    canvas->set_live_output_to_monitor(0);
-    ASSERT_TRUE(app->live_output_window_pointer);
-    press("CONTROL+P");
-    EXPECT_FALSE(app->live_output_window_pointer->isVisible());
     press("CONTROL+N");
     // With unsaved changes New asks first.
     ASSERT_TRUE(screen->undo_controller()->question());

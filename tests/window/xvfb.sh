@@ -30,8 +30,6 @@ launch "$BIN" || { cat app.log >&2; exit 1; }
 read -r WX WY < <(window_origin "$WID")
 check "the default screen layer's cabinet (1,1) at the canvas's pan" first_frame
 check "the menu strip" pixel_is window.png 5 5 "38,38,38"
-# Cabinet (2, 1) is the tint of the chequer.
-check "the chequer's tint" pixel_is window.png $((280 + 300)) $((70 + 200)) "149,184,184"
 # The right panel covers the canvas at the window's right edge; between
 # its two lists, which share its height, its own colour shows.
 W="$(identify -format '%w' window.png)"
@@ -72,6 +70,11 @@ import json, sys
 d = json.load(sys.stdin)
 s = d["layers"][0]["parameters"]
 sys.exit(0 if eval(sys.argv[1]) else 1)' "$2"
+}
+# press KEYS [TITLE]: keys to the main window, or to the window of that title.
+press() {
+  xdotool windowfocus --sync "$(window_id "${2:- - Tesserine Pro$}")" 2>/dev/null
+  xdotool key "$1"
 }
 # at X Y: a point of the raster on the screen, the canvas at zoom 1 and its
 # default pan below the top panel.
@@ -120,10 +123,8 @@ done
 # Closing asks; Return answers "Yes" and the program ends.
 check "the close request is sent" close_request "$WID"
 check "the question" wait_for "the quit question" "$DEADLINE" has_window "^Quit"
-QID="$(window_id "^Quit")"
 check "the program still runs while it asks" kill -0 "$APP_PID"
-xdotool windowfocus --sync "$QID" 2>/dev/null
-xdotool key Return
+press Return "^Quit"
 program_ended() { ! kill -0 "$APP_PID" 2>/dev/null; }
 check "Yes ends the program" wait_for "the program's end" "$DEADLINE" program_ended
 wait "$APP_PID" 2>/dev/null
@@ -136,11 +137,6 @@ RECOVERY="$XDG_DATA_HOME/Tesserine/recovery"
 left() { compgen -G "$RECOVERY/session-*.$1" >/dev/null; }
 gone() { ! left tsrx; }
 nothing_left() { gone && ! left lock; }
-# press KEYS [TITLE]: keys to the main window, or to the window of that title.
-press() {
-  xdotool windowfocus --sync "$(window_id "${2:- - Tesserine Pro$}")" 2>/dev/null
-  xdotool key "$1"
-}
 export TESSERINE_AUTOSAVE_SECONDS=1
 check "the project opens" launch "$BIN" "$WORK/undo4.tsrx"
 press ctrl+shift+d

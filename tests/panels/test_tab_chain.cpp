@@ -1,9 +1,7 @@
-// The Tab chain over shown and hidden palettes, and the arithmetic of the
-// number fields.
+// The Tab chain over shown and hidden palettes.
 
 #include "panels/settings_boxes.h"
 #include "panels/settings_labels.h"
-#include "panels/widgets/expression.h"
 #include "window/window_fixture.h"
 
 #include <QLineEdit>
@@ -57,16 +55,4 @@ TEST_F(widgets, TabWalksTheFieldsOfShownPalettesInOrder) {
     screen->settings_labels()->show();
     a1->clearFocus();
     EXPECT_EQ(tab(true), b1);
-}
-
-TEST(expressions, ArithmeticTruncatesToUnsignedAndNonsenseIsZero) {
-    EXPECT_EQ(calc_dimension("1920/2"), 960u);
-    EXPECT_EQ(calc_dimension("1920*2"), 3840u);
-    EXPECT_EQ(calc_dimension("(3+4)*2.9"), 20u);
-    EXPECT_EQ(calc_dimension("abc"), 0u);
-    EXPECT_EQ(calc_dimension("-5"), 0u);
-    EXPECT_EQ(calc_dimension(""), 0u);
-    EXPECT_EQ(calc_dimension("0/0"), 0u);
-    EXPECT_FLOAT_EQ(calc_float_dimension("2.46"), 2.46f);
-    EXPECT_FLOAT_EQ(calc_float_dimension("500/2"), 250.0f);
 }
