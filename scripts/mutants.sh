@@ -63,6 +63,9 @@ MUTANTS=(
   "key-text-before-key|src/app/main_screen.cpp|s/if (modifier_bit(key) || key == Qt::Key_unknown) return {};/if (modifier_bit(key) || key == Qt::Key_unknown) return {};\n    if (!event.text().isEmpty() \&\& event.text().at(0).isPrint()) return event.text().toUpper().toStdString();/"
   "key-plus-needs-no-shift|src/app/main_screen.cpp|s/if (name == \"+\" \&\& (held \& keys::group_a)/if (false \&\& (held \& keys::group_a)/"
   "space-in-text-field|src/app/main_screen.cpp|s/m_main_impact \&\& !typing_text()/m_main_impact/"
+  # The old fault: a new row made its layer visible, so an opened project
+  # showed its hidden layers.
+  "new-row-shows-hidden|src/panels/scroll_list.cpp|s/setChecked(!layer || !layer->is_hidden());/setChecked(true); if (layer) layer->set_hidden(false);/"
   "list-no-scroll|src/panels/right_panel.cpp|s/m_scroll->ensureWidgetVisible(row, 0, 0);/(void)row;/"
   "half-box-row-stale|src/panels/settings_boxes.cpp|s/grid_changed(\*layer); \/\/ the rows/(void)0; \/\/ the rows/"
   "key-string-groups|src/app/main_screen.cpp|s/keys::string_key(name, held)/keys::string_key(name, 0)/"

@@ -60,6 +60,23 @@ wait_for() {
 window_id() { xdotool search --onlyvisible --name "$1" 2>/dev/null | head -n 1; }
 has_window() { [ -n "$(window_id "$1")" ]; }
 
+# launch ARG...: the program (ARG... its command line) in the background,
+# its output added to app.log; APP_PID is the process and WID the main
+# window once that shows, within DEADLINE seconds (120 unless set).
+launch() {
+  "$@" >>app.log 2>&1 &
+  APP_PID=$!
+  wait_for "the main window" "${DEADLINE:-120}" has_window " - Tesserine Pro$" &&
+    WID="$(window_id " - Tesserine Pro$")"
+}
+# first_frame: waits until the main window shows a new workspace's first
+# frame, cabinet (1, 1) of its wall at the canvas's pan below the top
+# panel; the last shot stays in window.png.
+first_frame() { wait_for "the first frame" "${DEADLINE:-120}" first_frame_shown; }
+first_frame_shown() {
+  shoot window.png "$WID" && pixel_is window.png $((280 + 200)) $((70 + 200)) "63,127,127"
+}
+
 # window_origin WID: "X Y" of the window's top left corner on the screen.
 window_origin() {
   local X Y WIDTH HEIGHT SCREEN WINDOW
@@ -157,6 +174,19 @@ fresh_map() {
 # with PLACE and whose kind matches the expression KIND.
 controls() {
   awk -F'\t' -v p="$1" -v k="$2" 'index($1, p) == 1 && $2 ~ k { print $3, $4, $5 }' "${3:-map.txt}"
+}
+# ... | named NAME: "X Y" of the control of that name.
+named() { awk -v n="$1" '{ xy = $1 " " $2; $1 = $2 = ""; sub(/^ +/, ""); if ($0 == n) print xy }'; }
+# control_at PLACE KIND NAME: "X Y" of that control once a fresh map shows
+# it (a menu opens in the event loop's own time); nothing after DEADLINE.
+control_at() {
+  local end=$((SECONDS + ${DEADLINE:-120})) xy
+  while [ "$SECONDS" -lt "$end" ]; do
+    fresh_map
+    xy="$(controls "$1" "$2" | named "$3" | head -n 1)"
+    [ -n "$xy" ] && echo "$xy" && return 0
+  done
+  return 1
 }
 # a_dialog_is_open: after a fresh map, whether a dialog or popup is open.
 a_dialog_is_open() { grep -q '^modal' map.txt; }

@@ -20,6 +20,18 @@ namespace {
 struct live_output : window_test {
     live_output_window* live() const { return app->live_output_window_pointer.get(); }
     static QRect monitor(int i) { return QGuiApplication::screens()[i]->geometry(); }
+    // The Live Output section, opened: it is built anew at each opening.
+    TopMenuSubmenu* live_output_menu() {
+        screen->top_menu()->fold();
+        screen->top_menu()->setSubmenu(TopMenuSubmenu::live_output_section);
+        return screen->top_menu()->submenu(TopMenuSubmenu::live_output_section);
+    }
+    std::vector<std::string> captions() {
+        std::vector<std::string> shown;
+        for (WidgetWithBackground* e : live_output_menu()->entries())
+            shown.push_back(e->getMenuName());
+        return shown;
+    }
 };
 
 } // namespace
@@ -27,39 +39,36 @@ struct live_output : window_test {
 TEST_F(live_output, ChoosingAMonitorCoversItWithTheFrameAtFullSize) {
     ASSERT_EQ(QGuiApplication::screens().size(), 3);
     start();
+    // The menu offers the monitors the main window is not (mostly) on,
+    // numbered from one.
+    window->setGeometry(monitor(1).adjusted(50, 50, 200, 50));
+    EXPECT_EQ(captions(), (std::vector<std::string>{"No Live Output", "Live Output to Screen 1",
+                                                    "Live Output to Screen 3"}));
     window->setGeometry(monitor(0).adjusted(50, 50, -50, -50));
-    // The main window's monitor is not offered.
-    EXPECT_EQ(get_live_output_monitors(window), (std::vector<int>{1, 2}));
-    window->setGeometry(monitor(1).adjusted(50, 50, 200, 50)); // mostly on the second
-    EXPECT_EQ(get_live_output_monitors(window), (std::vector<int>{0, 2}));
-    window->setGeometry(monitor(0).adjusted(50, 50, -50, -50));
-
+    EXPECT_EQ(captions(), (std::vector<std::string>{"No Live Output", "Live Output to Screen 2",
+                                                    "Live Output to Screen 3"}));
     // "No Live Output" before any: nothing.
-    canvas->set_live_output_to_monitor(-1);
+    QTest::mouseClick(live_output_menu()->entries()[0], Qt::LeftButton);
     EXPECT_EQ(live(), nullptr);
 
     canvas->set_zoom(0.25f);
-    canvas->set_live_output_to_monitor(1);
+    QTest::mouseClick(live_output_menu()->entries()[1], Qt::LeftButton);
+    EXPECT_FALSE(screen->top_menu()->is_showing_any_submenu());
     ASSERT_NE(live(), nullptr);
     ASSERT_TRUE(QTest::qWaitForWindowExposed(live()));
     EXPECT_EQ(live()->geometry(), monitor(1));
-    EXPECT_TRUE(live()->windowFlags() & Qt::FramelessWindowHint);
 
     // One raster pixel to one device pixel from the top left corner,
     // whatever the canvas's zoom and pan and the display scale; the raster
     // is cut at the edge. The marks of a held modifier group are drawn in
     // device pixels too.
     const image& composite = *global->get_composite_image();
-    const auto same_as_render = [&](const QImage& shown) {
-        if (shown.size() != QSize(800, 600)) return ::testing::AssertionFailure() << "size";
-        for (int y = 0; y < 600; ++y)
-            for (int x = 0; x < 800; ++x)
-                if (shown.pixel(x, y) != QColor::fromRgba(composite.pixel(x, y)).rgb())
-                    return ::testing::AssertionFailure() << "pixel " << x << "," << y;
-        return ::testing::AssertionSuccess();
-    };
     const QImage shown = live()->grab().toImage();
-    EXPECT_TRUE(same_as_render(shown));
+    ASSERT_EQ(shown.size(), QSize(800, 600));
+    for (int y = 0; y < 600; ++y)
+        for (int x = 0; x < 800; ++x)
+            ASSERT_EQ(shown.pixel(x, y), QColor::fromRgba(composite.pixel(x, y)).rgb())
+                << x << "," << y;
 
     // A change shows on both in the paint that follows.
     auto layer = global->current_boxes_layer();
@@ -88,32 +97,4 @@ TEST_F(live_output, ChoosingAMonitorCoversItWithTheFrameAtFullSize) {
     // A close request does not close it.
     live()->close();
     EXPECT_TRUE(live()->isVisible());
-}
-
-TEST_F(live_output, TheMenuOffersTheOtherMonitorsNumberedFromOne) {
-    start();
-    window->setGeometry(monitor(1).adjusted(50, 50, 200, 50)); // mostly on the second
-    TopMenu* menu = screen->top_menu();
-    auto captions = [&] {
-        std::vector<std::string> shown;
-        for (WidgetWithBackground* e :
-             menu->submenu(TopMenuSubmenu::live_output_section)->entries())
-            shown.push_back(e->getMenuName());
-        return shown;
-    };
-    menu->setSubmenu(TopMenuSubmenu::live_output_section);
-    EXPECT_EQ(captions(), (std::vector<std::string>{"No Live Output", "Live Output to Screen 1",
-                                                    "Live Output to Screen 3"}));
-    // Rebuilt at each opening: the window moved to the first monitor.
-    menu->fold();
-    window->setGeometry(monitor(0).adjusted(50, 50, -50, -50));
-    menu->setSubmenu(TopMenuSubmenu::live_output_section);
-    EXPECT_EQ(captions(), (std::vector<std::string>{"No Live Output", "Live Output to Screen 2",
-                                                    "Live Output to Screen 3"}));
-    // Choosing one shows the live output there and folds the menu.
-    QTest::mouseClick(menu->submenu(TopMenuSubmenu::live_output_section)->entries()[2],
-                      Qt::LeftButton);
-    ASSERT_NE(live(), nullptr);
-    EXPECT_EQ(live()->geometry(), monitor(2));
-    EXPECT_FALSE(menu->is_showing_any_submenu());
 }

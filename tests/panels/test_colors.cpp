@@ -30,60 +30,44 @@ void expect_tint(const color::color& tint, const color::color& of) {
 } // namespace
 
 TEST_F(colors, EachControlWritesItsFieldAndNothingElse) {
-    check_edits({
-        {"colour", [&] { first(0)->choose(red); }, [](boxes_layer& l) { l.BoxColors[0] = red; }},
-        {"tint", [&] { second(0)->choose(red); }, [](boxes_layer& l) { l.BoxTintColors[0] = red; }},
+    // A fill writes the pairs shown back to the layer (below).
+    check_edits(p(), {
+        {"colour", [&] { first(0)->choose(red); }, [](boxes_layer& l) { l.BoxColors[0] = red; },
+         false},
+        {"tint", [&] { second(0)->choose(red); },
+         [](boxes_layer& l) { l.BoxTintColors[0] = red; }, false},
         {"Delete", [&] { remove(); },
-         [](boxes_layer& l) { l.BoxColors.clear(), l.BoxTintColors.clear(); }},
+         [](boxes_layer& l) { l.BoxColors.clear(), l.BoxTintColors.clear(); }, false},
     });
 }
 
-TEST_F(colors, FillsFromTheLayerAndGrowsWithTheTable) {
-    const pointer<boxes_layer> l = layer();
-    l->BoxColors = {red, color::color(1, 2, 3)};
-    l->BoxTintColors = {color::color(4, 5, 6), color::color(7, 8, 9)};
-    p()->get_settings_from_layer(l);
-    EXPECT_EQ(p()->colors_in_use(), 2);
-    EXPECT_EQ(first(1)->get_color(), color::color(1, 2, 3));
-    EXPECT_EQ(second(0)->get_color(), color::color(4, 5, 6));
-    EXPECT_TRUE(first(1)->isVisibleTo(p()));
-    // "Add": the third pair takes the table's third colour and its tint,
-    // and the layer has it at once.
-    add();
-    ASSERT_EQ(l->BoxColors.size(), 3u);
-    EXPECT_EQ(l->BoxColors[2], g_colortablea[2]);
-    expect_tint(l->BoxTintColors[2], g_colortablea[2]);
-    EXPECT_TRUE(second(2)->isVisibleTo(p()));
-    // A tint changed leaves the colours alone.
-    const auto colours = l->BoxColors;
-    second(1)->choose(red);
-    EXPECT_EQ(l->BoxColors, colours);
-    EXPECT_EQ(l->BoxTintColors[1], red);
-}
-
-TEST_F(colors, DeleteDownToNoneAndAddBackKeepsThePairsColours) {
+TEST_F(colors, NewPairsTakeTheTableInTurnAndADeletedPairKeepsItsColours) {
     const pointer<boxes_layer> l = layer();
     first(0)->choose(red);
     remove();
-    EXPECT_TRUE(l->BoxColors.empty());
-    EXPECT_TRUE(l->BoxTintColors.empty());
     EXPECT_FALSE(p()->control_box()->remove->isEnabled());
-    EXPECT_FALSE(first(0)->isVisibleTo(p()));
     remove(); // disabled: nothing
-    EXPECT_EQ(p()->colors_in_use(), 0);
     add();
     EXPECT_TRUE(p()->control_box()->remove->isEnabled());
     ASSERT_EQ(l->BoxColors.size(), 1u);
     EXPECT_EQ(l->BoxColors[0], red); // the hidden pair kept its colour
-}
-
-TEST_F(colors, TheSeventhPairStartsTheTableAgain) {
+    // Each added pair takes the table's colour of its place and its tint;
+    // the seventh starts the table again.
     while (p()->colors_in_use() < 7)
         add();
-    const pointer<boxes_layer> l = layer();
     ASSERT_EQ(l->BoxColors.size(), 7u);
-    EXPECT_EQ(l->BoxColors[6], g_colortablea[0]);
-    EXPECT_EQ(l->BoxColors[5], g_colortablea[5]);
-    expect_tint(l->BoxTintColors[6], g_colortablea[0]);
-    EXPECT_EQ(g_colortablea[1], color::color(0xD7, 0x01, 0x01, 0xFF));
+    for (std::size_t i : {2, 5, 6}) {
+        EXPECT_EQ(l->BoxColors[i], g_colortablea[i % 6]) << i;
+        expect_tint(l->BoxTintColors[i], g_colortablea[i % 6]);
+    }
+    // A fill shows the layer's pairs; a pair without a tint keeps the one
+    // it shows, and the layer takes it.
+    const color::color tint = second(1)->get_color();
+    l->BoxColors = {red, color::color(1, 2, 3)};
+    l->BoxTintColors = {color::color(4, 5, 6)};
+    p()->get_settings_from_layer(l);
+    EXPECT_EQ(p()->colors_in_use(), 2);
+    EXPECT_EQ(first(1)->get_color(), color::color(1, 2, 3));
+    EXPECT_FALSE(first(2)->isVisibleTo(p()));
+    EXPECT_EQ(l->BoxTintColors, (std::vector<color::color>{color::color(4, 5, 6), tint}));
 }

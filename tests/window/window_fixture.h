@@ -15,6 +15,9 @@
 #include <QApplication>
 #include <QDir>
 #include <QElapsedTimer>
+#include <QMessageBox>
+#include <QMouseEvent>
+#include <QPushButton>
 #include <QTest>
 
 #include <gtest/gtest.h>
@@ -39,6 +42,27 @@ inline bool wait_until(const std::function<bool()>& ready, int deadline_ms = 500
         QTest::qWait(5);
     }
     return true;
+}
+
+// The open message box of that name among all windows, or null.
+inline QMessageBox* open_box(const char* name) {
+    for (QWidget* w : QApplication::topLevelWidgets())
+        for (QMessageBox* box : w->findChildren<QMessageBox*>(name))
+            if (box->isVisible()) return box;
+    return nullptr;
+}
+// Clicks the button of that caption in a message box.
+inline void answer(QMessageBox* box, const char* caption) {
+    for (QAbstractButton* b : box->buttons())
+        if (b->text() == caption) QTest::mouseClick(b, Qt::LeftButton);
+}
+
+// A move of the mouse with a button held (QTest's own move holds none).
+inline void move_holding(QWidget* w, QPoint at, Qt::KeyboardModifiers held = Qt::NoModifier,
+                         Qt::MouseButton button = Qt::LeftButton) {
+    QMouseEvent e(QEvent::MouseMove, QPointF(at), w->mapToGlobal(QPointF(at)), Qt::NoButton,
+                  button, held);
+    QCoreApplication::sendEvent(w, &e);
 }
 
 struct window_test : ::testing::Test {
