@@ -342,7 +342,7 @@ TEST_F(screen_test, RecentProjectsDropsAndLastFolders) {
         global->open_project_button();
         QFileDialog* d = screen->findChild<QFileDialog*>("open_dialog");
         ASSERT_TRUE(d);
-        if (round == 1) EXPECT_EQ(d->directory().absolutePath(), dir + "/show");
+        EXPECT_TRUE(round == 0 || d->directory().absolutePath() == dir + "/show");
         d->selectFile(in_show);
         QMetaObject::invokeMethod(d, "accept");
         ASSERT_TRUE(wait_until([&] { return !screen->findChild<QFileDialog*>("open_dialog"); }));

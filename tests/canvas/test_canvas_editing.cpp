@@ -2,6 +2,7 @@
 // label, moves with snapping, picture handles, the exclude rectangle and the
 // custom data path.
 
+#include "app/undo_controller.h"
 #include "core/data_folder.h"
 #include "datapath/snake.h"
 #include "support/test_support.h"
@@ -82,9 +83,14 @@ TEST_F(editing, ADragPansOnEmptyCanvasAndMovesTheRasterLabelOnIt) {
 TEST_F(editing, ShiftMovesAScreenLayerAndSnapsStrictlyAt20) {
     screen_layer->set_offset_x(300);
     screen_layer->set_offset_y(300);
+    const document_history& history = screen->undo_controller()->history();
+    const std::size_t steps = history.steps();
     drag(at(500, 400), at(500, 400) + QPoint(100, 50), Qt::ShiftModifier);
     EXPECT_EQ(screen_layer->get_offset_x(), 400);
     EXPECT_EQ(screen_layer->get_offset_y(), 350);
+    // The press, four moves and the release are one step.
+    EXPECT_TRUE(wait_until([&] { return history.steps() == steps + 1; }));
+    EXPECT_EQ(history.undo_name(), "Move Screen1");
 
     // At half zoom a screen pixel is two raster pixels; the threshold stays
     // 20 raster pixels: 19 from the left edge snaps, 20 does not.

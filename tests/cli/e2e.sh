@@ -25,33 +25,28 @@ wall() {
   local name="$1"; shift
   record 1 "$(printf 'Name:%s\nColumns:4\nRows:3\nWidth:10\nHeight:10\n' "$name"; printf '%s\n' "$@")"
 }
+# A route; a failing router reported on the layer's line, the command
+# succeeding; all cabinets excluded, an empty route; several layers in stack
+# order, where image layers have no route and --layer picks one.
 project small.tsrx 1920 1080 "$(wall Screen1 SnakeLimit:800 SnakeMode:6)"
-expect 0 "$BIN" route small.tsrx
-same "$(cat out.txt)" 'layer 0 "Screen1": (0,2)S (0,1) (0,0) (1,0) (1,1) (1,2)E (2,2)S (2,1) (2,0) (3,0) (3,1) (3,2)E'
-silent err.txt
-
-# A failing router is reported on the layer's line, and the command succeeds.
 project tight.tsrx 1920 1080 "$(wall Screen1 SnakeLimit:300 SnakeMode:0)"
-expect 0 "$BIN" route tight.tsrx
-same "$(cat out.txt)" 'layer 0 "Screen1": error: Some panels consume more pixels then limit used.'
-
-# All cabinets excluded: an empty route.
 project none.tsrx 1920 1080 \
   "$(wall Screen1 'ExcludeBoxes:0|1|2|65536|65537|65538|131072|131073|131074|196608|196609|196610')"
-expect 0 "$BIN" route none.tsrx
-same "$(cat out.txt)" 'layer 0 "Screen1":'
-
-# Several layers in stack order; image layers have no route; --layer picks one.
 project stack.tsrx 1920 1080 \
   "$(wall 'Left "wall"' SnakeMode:0 SnakeLimit:-1 Columns:2 Rows:1)" \
   "$(record 2 "$(printf 'Name:Picture\nOffsetX:0')")" \
   "$(wall Right SnakeMode:4 SnakeLimit:100 DataDiagramType:1 Columns:1 Rows:2)"
-expect 0 "$BIN" route stack.tsrx
-same "$(cat out.txt)" "$(printf '%s\n%s' 'layer 0 "Left "wall"": (0,0)S (1,0)E' 'layer 2 "Right": (0,0)E (0,1)E')"
-expect 0 "$BIN" route stack.tsrx --layer 2
-same "$(cat out.txt)" 'layer 2 "Right": (0,0)E (0,1)E'
-expect 0 "$BIN" route --layer 0 stack.tsrx
-same "$(cat out.txt)" 'layer 0 "Left "wall"": (0,0)S (1,0)E'
+while IFS='|' read -r words route; do
+  # shellcheck disable=SC2086
+  expect 0 "$BIN" route $words && same "$(cat out.txt)" "$(printf '%b' "$route")" && silent err.txt
+done <<'TABLE'
+small.tsrx|layer 0 "Screen1": (0,2)S (0,1) (0,0) (1,0) (1,1) (1,2)E (2,2)S (2,1) (2,0) (3,0) (3,1) (3,2)E
+tight.tsrx|layer 0 "Screen1": error: Some panels consume more pixels then limit used.
+none.tsrx|layer 0 "Screen1":
+stack.tsrx|layer 0 "Left "wall"": (0,0)S (1,0)E\nlayer 2 "Right": (0,0)E (0,1)E
+stack.tsrx --layer 2|layer 2 "Right": (0,0)E (0,1)E
+--layer 0 stack.tsrx|layer 0 "Left "wall"": (0,0)S (1,0)E
+TABLE
 
 # --json: the port loads of every type, a failed router and an image layer
 # between, against the golden file.
@@ -79,22 +74,6 @@ contains <(pdfinfo letter.pdf) "792 x 612 pts (letter)"
 expect 0 "$BIN" render loads.tsrx -o loads.png
 pdfimages -png loads.pdf frame
 same "$(compare -metric AE frame-000.png loads.png null: 2>&1)" 0
-expect 2 "$BIN" report loads.tsrx -o loads.txt
-expect 2 "$BIN" report loads.tsrx -o x.pdf --page a3
-expect 1 "$BIN" report loads.tsrx -o missing/kept.pdf
-contains err.txt "cannot be written"
-
-# Bad --layer values: a clear message on standard error, status 2, nothing
-# on standard output.
-for bad in 1 3 -1 x 1x ""; do
-  expect 2 "$BIN" route stack.tsrx --layer "$bad"
-  silent out.txt
-  grep -q . err.txt && ok || fail "--layer '$bad' gave no message"
-  case "$bad" in
-  1) contains err.txt "not a screen layer" ;;
-  3) contains err.txt "has no layer 3" ;;
-  esac
-done
 
 # --- export-resolume ----------------------------------------------------
 # The setup of the new wall, its clock-made id aside.
@@ -104,15 +83,6 @@ silent err.txt
 absent setup.v2.txt # all extensions of the chosen name go
 sed 's/uniqueId="[0-9]*"/uniqueId="@UNIQUE_ID@"/' setup.xml >setup.masked
 golden setup.masked resolume_new.xml
-
-expect 1 "$BIN" export-resolume wall.tsrx -o missing/setup.xml
-contains err.txt "missing/setup.xml"
-silent out.txt
-printf 'plain file' >afile
-expect 1 "$BIN" export-resolume wall.tsrx -o afile/setup.xml
-contains err.txt "cannot be written"
-expect 2 "$BIN" export-resolume wall.tsrx -o ""
-contains err.txt "-o needs a file name"
 
 # Only the last component's extensions give way, also when the name is
 # nothing but an extension.
@@ -179,11 +149,25 @@ expect 0 "$BIN" info crlf.tsrx
 golden out.txt info_new.json
 
 # Wrong words and files name the problem, wrong words the command's usage
-# too; STATUS|ERROR|WORDS.
+# too, and a write that fails says so; nothing goes to standard output.
+# STATUS|ERROR|WORDS ('' is an empty word).
+printf 'plain file' >afile
 while IFS='|' read -r want text words; do
-  # shellcheck disable=SC2086 # the words split as a shell would split them
-  expect "$want" "$BIN" $words && contains err.txt "$text"
+  eval "set -- $words" # the words split as a shell would split them
+  expect "$want" "$BIN" "$@" && contains err.txt "$text" && silent out.txt
 done <<'TABLE'
+2|--page takes a4 or letter|report loads.tsrx -o x.pdf --page a3
+2|loads.txt: is not a .pdf file name|report loads.tsrx -o loads.txt
+1|cannot be written|report loads.tsrx -o missing/kept.pdf
+2|layer 1 is not a screen layer|route stack.tsrx --layer 1
+2|has no layer 3|route stack.tsrx --layer 3
+2|--layer needs a layer index|route stack.tsrx --layer -1
+2|--layer needs a layer index|route stack.tsrx --layer x
+2|--layer needs a layer index|route stack.tsrx --layer 1x
+2|--layer needs a layer index|route stack.tsrx --layer ''
+1|missing/setup.xml|export-resolume wall.tsrx -o missing/setup.xml
+1|cannot be written|export-resolume wall.tsrx -o afile/setup.xml
+2|-o needs a file name|export-resolume wall.tsrx -o ''
 2|unknown option --bogus|info wall.tsrx --bogus
 2|usage: tesserine info FILE|info -x wall.tsrx
 2|-o needs a file name|render wall.tsrx -o
@@ -230,15 +214,16 @@ run_locked() { # runs a command that must fail to write into locked/
     "$@"
   fi
 }
-expect 1 run_locked "$BIN" new -o locked/wall.tsrx
-cmp -s wall.tsrx locked/wall.tsrx && ok || fail "a failed new damaged the old project"
-expect 1 run_locked "$BIN" render wall.tsrx -o locked/frame.png
-same "$(cat locked/frame.png)" "old picture"
-expect 1 run_locked "$BIN" render wall.tsrx -o locked/frame.psd
-absent locked/frame.psd
-expect 1 run_locked "$BIN" export-resolume wall.tsrx -o locked/setup.xml
-same "$(cat locked/setup.xml)" "old setup"
-same "$(ls -A locked | sort | tr '\n' ' ')" "frame.png setup.xml wall.tsrx " # no temporary files
+# The names and bytes in locked/: no file changed, none added (a PSD or a
+# temporary file).
+snapshot() { (cd locked && ls -A && cat ./*); }
+before="$(snapshot)"
+for words in "new -o locked/wall.tsrx" "render wall.tsrx -o locked/frame.png" \
+  "render wall.tsrx -o locked/frame.psd" "export-resolume wall.tsrx -o locked/setup.xml"; do
+  # shellcheck disable=SC2086
+  expect 1 run_locked "$BIN" $words
+done
+same "$(snapshot)" "$before"
 chmod 0755 locked
 
 finish e2e

@@ -1,11 +1,11 @@
-// The hand-made data path: its route, the canvas edits and its text form.
+// The hand-made data path: its route and its text form (the canvas edits
+// are made with real clicks and keys in the canvas tests).
 
 #include "datapath/snake.h"
 #include "support/workspace_fixtures.h"
 
 #include <gtest/gtest.h>
 
-#include <sstream>
 #include <tuple>
 
 using namespace Vantora_TesserinePro;
@@ -19,10 +19,6 @@ using path = std::vector<std::vector<std::uint32_t>>;
 struct custom_path : wall_test {
     custom_path() { layer->CustomDataPath = 1; }
     std::string route() { return Snake::route_text(Snake::make_route(*layer)); }
-    // A click in the middle of a cabinet.
-    void click(std::uint32_t column, std::uint32_t row, bool remove = false) {
-        layer->trigger_for_override_path(float(column) * 10 + 5, float(row) * 10 + 5, remove);
-    }
 };
 
 } // namespace
@@ -83,50 +79,6 @@ TEST_F(custom_path, RectanglesAreTheWalksWithHalfLines) {
         for (const auto& b : route)
             EXPECT_EQ((cabinet_rect{b.x0, b.y0, b.x1, b.y1}), walked[b.id()])
                 << bits << " " << b.id();
-    }
-}
-
-// --- editing on the canvas
-
-// Clicks and the space key step by step: the path each leaves, and whether
-// it marks the layer and the workspace changed.
-TEST_F(custom_path, EditsByClicksAndSpace) {
-    const struct {
-        const char* edit;
-        const char* path;
-        bool changed;
-    } steps[] = {
-        {"remove 0 0", "", false}, // nothing to remove
-        {"space", "", false},      // nothing to close
-        {"add 0 0", "0", true},
-        {"space", "0", false}, // a run of one would have no end
-        {"add 1 0", "0,65536", true},
-        {"add 0 0", "0,65536", false}, // a cabinet stands only once on the path
-        {"space", "0,65536|", false},
-        {"space", "0,65536|", false}, // the new run is empty
-        {"add 2 2", "0,65536|131074", true},
-        {"add 3 2", "0,65536|131074,196610", true},
-        {"remove 1 1", "0,65536|131074,196610", false}, // not on the path
-        {"remove 0 0", "65536|131074,196610", true},
-        {"remove 1 0", "131074,196610", true}, // the emptied run goes
-        {"off", "131074,196610", false},
-        {"space", "131074,196610", false}, // only with the custom path on
-    };
-    for (const auto& s : steps) {
-        forget_changes();
-        std::istringstream words(s.edit);
-        std::string verb;
-        std::uint32_t column = 0, row = 0;
-        words >> verb >> column >> row;
-        if (verb == "space")
-            layer->on_space_key();
-        else if (verb == "off")
-            layer->CustomDataPath = 0;
-        else
-            click(column, row, verb == "remove");
-        EXPECT_EQ(layer->get_custom_path_string(), s.path) << s.edit;
-        EXPECT_EQ(layer->has_changed(), s.changed) << s.edit;
-        EXPECT_EQ(global.is_changed(), s.changed) << s.edit;
     }
 }
 
