@@ -25,6 +25,7 @@
 #include "panels/settings_raster_label.h"
 #include "panels/top_menu.h"
 #include "panels/top_panel.h"
+#include "panels/widgets/small_widgets.h"
 
 #include <cctype>
 #include <cstring>
@@ -577,11 +578,8 @@ void MainScreen::on_close() {
                 if (m_quit) m_quit();
             });
     }
-    auto* box = new QMessageBox(QMessageBox::Warning, "Quit", "Are you sure ?",
-                                QMessageBox::NoButton, this);
-    box->setObjectName("quit");
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    box->setWindowModality(Qt::WindowModal);
+    QMessageBox* box =
+        window_modal_box(QMessageBox::Warning, "Quit", "Are you sure ?", this, "quit");
     QPushButton* yes = box->addButton("Yes", QMessageBox::YesRole);
     QPushButton* no = box->addButton("No", QMessageBox::NoRole);
     // Return answers yes, Escape no.
@@ -731,22 +729,16 @@ void MainScreen::show_error(const std::string& message) {
         // The same message still waiting to be read is not opened again.
         for (QMessageBox* open : findChildren<QMessageBox*>("error"))
             if (open->isVisible() && open->text() == text) return;
-        auto* box = new QMessageBox(QMessageBox::Warning, "Error", text, QMessageBox::Ok, this);
-        box->setObjectName("error");
-        box->setAttribute(Qt::WA_DeleteOnClose);
-        box->setWindowModality(Qt::WindowModal);
-        box->open();
+        window_modal_box(QMessageBox::Warning, "Error", text, this, "error", QMessageBox::Ok)
+            ->open();
     });
 }
 
 void MainScreen::show_warning(const std::string& title, const std::string& message) {
     outside_paint([this, title, message] {
-        auto* box = new QMessageBox(QMessageBox::Warning, QString::fromStdString(title),
-                                    QString::fromStdString(message), QMessageBox::Ok, this);
-        box->setObjectName("warning");
-        box->setAttribute(Qt::WA_DeleteOnClose);
-        box->setWindowModality(Qt::WindowModal);
-        box->open();
+        window_modal_box(QMessageBox::Warning, QString::fromStdString(title),
+                         QString::fromStdString(message), this, "warning", QMessageBox::Ok)
+            ->open();
     });
 }
 

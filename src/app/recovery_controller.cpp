@@ -3,6 +3,7 @@
 #include "app/main_screen.h"
 #include "app/undo_controller.h"
 #include "document/global.h"
+#include "panels/widgets/small_widgets.h"
 
 #include <QLocale>
 #include <QMessageBox>
@@ -76,13 +77,11 @@ void RecoveryController::offer_left_behind() {
 }
 
 void RecoveryController::ask(left_recovery left) {
-    auto* box = new QMessageBox(QMessageBox::Question, "Recover Unsaved Work",
-                                "Recover the unsaved work from " +
-                                    QLocale().toString(left.written, QLocale::ShortFormat) + "?",
-                                QMessageBox::NoButton, m_screen);
-    box->setObjectName("recover");
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    box->setWindowModality(Qt::WindowModal);
+    QMessageBox* box = window_modal_box(
+        QMessageBox::Question, "Recover Unsaved Work",
+        "Recover the unsaved work from " + QLocale().toString(left.written, QLocale::ShortFormat) +
+            "?",
+        m_screen, "recover");
     QPushButton* recover = box->addButton("Recover", QMessageBox::AcceptRole);
     QPushButton* discard = box->addButton("Discard", QMessageBox::DestructiveRole);
     box->setDefaultButton(recover);

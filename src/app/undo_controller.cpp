@@ -4,6 +4,7 @@
 #include "document/global.h"
 #include "panels/look.h"
 #include "panels/top_menu.h"
+#include "panels/widgets/small_widgets.h"
 
 #include <QApplication>
 #include <QFileInfo>
@@ -147,13 +148,10 @@ void UndoController::ask_before_discarding(std::function<void()> then) {
         return;
     }
     if (m_question) return;
-    auto* box = new QMessageBox(
+    QMessageBox* box = window_modal_box(
         QMessageBox::Warning, "Unsaved Changes",
-        QString("Save the changes to %1?").arg(QString::fromStdString(document_name())),
-        QMessageBox::NoButton, m_screen);
-    box->setObjectName("unsaved");
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    box->setWindowModality(Qt::WindowModal);
+        QString("Save the changes to %1?").arg(QString::fromStdString(document_name())), m_screen,
+        "unsaved");
     QPushButton* save = box->addButton("Save", QMessageBox::AcceptRole);
     QPushButton* discard = box->addButton("Don't Save", QMessageBox::DestructiveRole);
     discard->setShortcut(QKeySequence(Qt::ALT | Qt::Key_D));

@@ -9,6 +9,16 @@
 
 namespace Vantora_TesserinePro {
 
+QMessageBox* window_modal_box(QMessageBox::Icon icon, const QString& title, const QString& text,
+                              QWidget* parent, const char* name,
+                              QMessageBox::StandardButtons buttons) {
+    auto* box = new QMessageBox(icon, title, text, buttons, parent);
+    box->setObjectName(name);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setWindowModality(Qt::WindowModal);
+    return box;
+}
+
 CheckboxWithFocus::CheckboxWithFocus(QWidget* parent, const QString& caption)
     : QCheckBox(caption, parent) {
     setFocusPolicy(Qt::StrongFocus);

@@ -1,15 +1,23 @@
 #pragma once
 // The small pieces of the panels: a check box that shows its focus and
-// toggles with space, a picture of a fixed size, a blank, and a box that can
-// move its last child to the front.
+// toggles with space, a picture of a fixed size, a blank, a box that can
+// move its last child to the front, and the program's message boxes.
 
 #include <QCheckBox>
 #include <QImage>
+#include <QMessageBox>
 #include <QWidget>
 
 #include <functional>
 
 namespace Vantora_TesserinePro {
+
+// A message box over parent's window that leaves the rest of the program
+// running (it is opened, never executed) and deletes itself when answered;
+// named so that tests and the control map find it.
+QMessageBox* window_modal_box(QMessageBox::Icon icon, const QString& title, const QString& text,
+                              QWidget* parent, const char* name,
+                              QMessageBox::StandardButtons buttons = QMessageBox::NoButton);
 
 class CheckboxWithFocus : public QCheckBox {
   public:
