@@ -57,6 +57,12 @@ MUTANTS=(
   "psd-channel-length|src/export/psd_saver.cpp|s/out.put_u32(std::uint32_t(d.red.size()));/out.put_u32(std::uint32_t(d.red.size() - 2));/"
   "snake-limit-strict|src/datapath/route.cpp|s/return std::uint64_t(pixels) > limit;/return std::uint64_t(pixels) >= limit;/"
   "physh-field|src/persistence/parameter_text.cpp|s/{\"PhysH\", \&read_real<\&D::PhysH>}/{\"PhysH\", \&read_real<\&D::PhysW>}/"
+  # Undo: the oldest steps go first, a new step ends the redo list, a
+  # rename is named by the old name, undo back to the save is clean.
+  "history-drops-newest|src/document/history.cpp|s/m_undo.pop_front();/m_undo.pop_back();/"
+  "history-keeps-redo|src/document/history.cpp|/m_undo.push_back({caption/,/trim();/{/m_redo.clear();/d}"
+  "history-rename-new-name|src/document/history.cpp|s/return \"Rename \" + name_in(before, first);/return \"Rename \" + layer;/"
+  "history-saved-by-state|src/document/history.cpp|s/now.id = m_next_id++;/now.id = m_current.id + 1;/"
   # The window: key names, the Tab walk, the layout file, snapping, hit
   # tests, the drag rules, list sync, palette fields and palette places.
   "key-digit-place|src/app/main_screen.cpp|s/code >= row_starts\[r\] \&\& code - row_starts\[r\]/code > row_starts[r] \&\& code - row_starts[r]/"

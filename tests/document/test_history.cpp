@@ -120,4 +120,13 @@ TEST_F(history_test, StepsShareLayersAndPicturesAndKeepTheirBounds) {
     EXPECT_FALSE(history.is_modified());
     history.reset(global);
     EXPECT_FALSE(history.can_undo() || history.can_redo());
+    // After an undo a new edit ends the redo list, and it is not the state
+    // saved before the undo.
+    for (int x : {1, 2}) {
+        screen(0)->set_offset_x(x);
+        ASSERT_TRUE(history.record(global));
+        if (x == 1) history.mark_saved(), history.undo(global);
+    }
+    EXPECT_FALSE(history.can_redo());
+    EXPECT_TRUE(history.is_modified());
 }
