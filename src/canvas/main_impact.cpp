@@ -22,6 +22,15 @@ long long g_iMainImpactRedraw = 0;
 
 namespace {
 
+// Float canvas arithmetic back to ints without undefined conversions, for
+// offsets typed near the 32-bit limit: NaN gives 0, and values are held
+// within limit. Rectangles are held to 2^29, so that left plus width still
+// fits an int; offsets take the whole range.
+constexpr double rectangle_limit = 536870912.0, offset_limit = 2147483647.0;
+int held_int(double v, double limit = rectangle_limit) {
+    return std::isnan(v) ? 0 : int(std::clamp(v, -limit, limit));
+}
+
 // Mark colours, as packed words with red in the low byte.
 constexpr std::uint32_t raster_outline_word = 0xffb6b6b6;
 constexpr std::uint32_t hover_box_word = 0x7fffcc99;
@@ -323,10 +332,10 @@ void MainImpact::draw_marks(nano2d::context* context) {
         if (selecting) {
             const QRect& s = selection_rectangle;
             const float ox = float(current->get_offset_x()), oy = float(current->get_offset_y());
-            const int l = int((float(std::min(s.left(), s.right())) + ox) * z);
-            const int t = int((float(std::min(s.top(), s.bottom())) + oy) * z);
-            const int r = int((float(std::max(s.left(), s.right())) + ox) * z);
-            const int b = int((float(std::max(s.top(), s.bottom())) + oy) * z);
+            const int l = held_int((float(std::min(s.left(), s.right())) + ox) * z);
+            const int t = held_int((float(std::min(s.top(), s.bottom())) + oy) * z);
+            const int r = held_int((float(std::max(s.left(), s.right())) + ox) * z);
+            const int b = held_int((float(std::max(s.top(), s.bottom())) + oy) * z);
             context->begin_path();
             context->fill_color(word(outline_word));
             context->stroke_color(word(outline_word));
@@ -360,10 +369,11 @@ void MainImpact::draw_layer_outline(nano2d::context* context, const app_layer& l
     float X = ox * z, Y = oy * z;
     float W = float(layer.get_width()) * z, H = float(layer.get_height()) * z;
     if (isPosValid(move_delta)) {
-        const QPoint to = snap(layer, QPoint(int(ox - float(move_delta.x()) / z),
-                                             int(oy - float(move_delta.y()) / z)));
-        X -= float(int(z * (ox - float(to.x()))));
-        Y -= float(int(z * (oy - float(to.y()))));
+        const QPoint to =
+            snap(layer, QPoint(held_int(ox - float(move_delta.x()) / z, offset_limit),
+                               held_int(oy - float(move_delta.y()) / z, offset_limit)));
+        X -= float(held_int(z * (ox - float(to.x()))));
+        Y -= float(held_int(z * (oy - float(to.y()))));
     } else if (resize_handle >= 0 && isPosValid(resize_delta)) {
         const float dx = float(resize_delta.x()), dy = float(resize_delta.y());
         switch (resize_handle) {
@@ -383,7 +393,7 @@ void MainImpact::draw_layer_outline(nano2d::context* context, const app_layer& l
             break;
         }
     }
-    preview_rectangle = QRect(int(X), int(Y), int(W), int(H));
+    preview_rectangle = QRect(held_int(X), held_int(Y), held_int(W), held_int(H));
     context->begin_path();
     context->fill_color(word(outline_word));
     context->stroke_color(word(outline_word));
@@ -419,23 +429,25 @@ void MainImpact::snap_paper(int& x, int& y, bool& done_x, bool& done_y) const {
     if (done_x && done_y) return;
     const pointer<app_layer> layer = workspace->current_layer();
     if (!layer) return;
-    const int w = layer->get_width(), h = layer->get_height();
-    const int W = workspace->get_paper_width(), H = workspace->get_paper_height();
+    // In 64 bits: offsets typed near the 32-bit limit must not overflow.
+    const long long w = layer->get_width(), h = layer->get_height();
+    const long long W = workspace->get_paper_width(), H = workspace->get_paper_height();
+    const long long X = x, Y = y;
     if (!done_x) {
-        if (std::abs(x) < snap_threshold) {
+        if (std::llabs(X) < snap_threshold) {
             x = 0;
             done_x = true;
-        } else if (std::abs(x + w - W) < snap_threshold) {
-            x = W - w;
+        } else if (std::llabs(X + w - W) < snap_threshold) {
+            x = int(W - w);
             done_x = true;
         }
     }
     if (!done_y) {
-        if (std::abs(y) < snap_threshold) {
+        if (std::llabs(Y) < snap_threshold) {
             y = 0;
             done_y = true;
-        } else if (std::abs(y + h - H) < snap_threshold) {
-            y = H - h;
+        } else if (std::llabs(Y + h - H) < snap_threshold) {
+            y = int(H - h);
             done_y = true;
         }
     }
@@ -650,7 +662,8 @@ void MainImpact::start_selection(boxes_layer& screen, const QPointF& q) {
     // The cabinet under the press sets the direction of the whole
     // rectangle: one that left the exclusions makes it include.
     selection_adds = !screen.trigger_for_exclude_boxes(float(q.x()), float(q.y()));
-    selection_rectangle = QRect(QPoint(int(q.x()), int(q.y())), QPoint(int(q.x()), int(q.y())));
+    const QPoint at(held_int(q.x()), held_int(q.y()));
+    selection_rectangle = QRect(at, at);
     selecting = true;
     workspace->host().update_amperes();
     redraw();
@@ -715,8 +728,8 @@ void MainImpact::end_selection(const pointer<app_layer>& current) {
 void MainImpact::end_move(app_layer& layer) {
     const float dx = float(move_delta.x()) / effective_zoom;
     const float dy = float(move_delta.y()) / effective_zoom;
-    int nx = int(float(layer.get_offset_x()) - dx);
-    int ny = int(float(layer.get_offset_y()) - dy);
+    int nx = held_int(float(layer.get_offset_x()) - dx, offset_limit);
+    int ny = held_int(float(layer.get_offset_y()) - dy, offset_limit);
     snap(nx, ny);
     layer.set_offset_x(nx);
     layer.set_offset_y(ny);
@@ -731,9 +744,10 @@ void MainImpact::end_resize(const pointer<app_layer>& current) {
     const bool nothing = r.x() == 0 && r.y() == 0 && r.width() == 0 && r.height() == 0;
     if (picture && !nothing) {
         const float z = effective_zoom;
-        picture->set_offset_x(int(float(r.x()) / z));
-        picture->set_offset_y(int(float(r.y()) / z));
-        const int width = int(float(r.width()) / z), height = int(float(r.height()) / z);
+        picture->set_offset_x(held_int(float(r.x()) / z, offset_limit));
+        picture->set_offset_y(held_int(float(r.y()) / z, offset_limit));
+        const int width = held_int(float(r.width()) / z, offset_limit);
+        const int height = held_int(float(r.height()) / z, offset_limit);
         if (picture->getMaintainAspectRatio()) {
             // The picture derives the other side.
             if (resize_handle == 0 || resize_handle == 1)
@@ -782,9 +796,9 @@ void MainImpact::mouse_motion_event(const QPoint& p, const QPoint& delta, std::u
     } else if (isPosValid(label_drag_start)) {
         const QPoint back = label_drag_start - p;
         workspace->raster_label_x =
-            label_start_position.x() - int(float(back.x()) / effective_zoom);
+            wrapping_sum(label_start_position.x(), -int(float(back.x()) / effective_zoom));
         workspace->raster_label_y =
-            label_start_position.y() - int(float(back.y()) / effective_zoom);
+            wrapping_sum(label_start_position.y(), -int(float(back.y()) / effective_zoom));
         // The label is drawn into the frame: it moves live.
         workspace->set_changed();
         redraw();

@@ -175,6 +175,19 @@ TEST_F(canvas_test, MarksOfTheCurrentLayerFollowTheModifierGroups) {
     EXPECT_EQ(strokes_in(rec, outline), std::vector<std::string>{"rectangle 7 8 30 10"});
 }
 
+TEST_F(canvas_test, AMovePreviewAtTheOffsetLimitsStaysInRange) {
+    // Offsets typed near the 32-bit limit: the preview snaps and is drawn
+    // within range, without an overflow (the sanitizer build checks that).
+    global->set_keyboard_modifiers(keys::group_a);
+    canvas->move_delta = QPoint(-30, -20);
+    for (int offset : {INT_MAX, INT_MIN}) {
+        layer->set_offset_x(offset);
+        layer->set_offset_y(offset);
+        marks();
+        EXPECT_LE(std::llabs(canvas->preview_rectangle.left()), 1ll << 29) << offset;
+    }
+}
+
 TEST_F(canvas_test, APaintNeverStartsAnotherAndWhatTheBuildAsksWaits) {
     // "Draw Current Only" with two screen layers rebuilds at every paint,
     // yet asks for no further paint.
