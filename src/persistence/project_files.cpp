@@ -282,8 +282,8 @@ pointer_array<app_layer> Global::create_layers_from_string(const string& text,
             if (width >= 1 && height >= 1) {
                 set_paper_width(width);
                 set_paper_height(height);
-                if (raster_label_x + raster_label_width == get_paper_width() ||
-                    raster_label_y + raster_label_height == get_paper_height())
+                if (wrapping_sum(raster_label_x, raster_label_width) == get_paper_width() ||
+                    wrapping_sum(raster_label_y, raster_label_height) == get_paper_height())
                     host().raster_label_settings_from_raster(*this);
             }
         }
