@@ -55,43 +55,33 @@ expect 0 "$BIN" render wall.tsrx -o one.png --transparent
 cmp -s show/night/wall.png one.png && cmp -s show/night/other.v2.png one.png && ok ||
   fail "the frames rendered into a folder differ from one render's"
 
-# Extensions that write nothing are refused before any work.
-for out in frame.jpeg frame.tif frame; do
-  expect 2 "$BIN" render wall.tsrx -o "$out"
-  absent "$out"
-  contains err.txt "$out"
-  contains err.txt ".png, .tga, .bmp, .jpg or .psd"
-done
-contains err.txt "has no image extension"
-
-# Bad arguments and bad input.
+# Refusals and failures, each leaving no file: extensions that write
+# nothing (refused before any work), bad arguments and input, a write into
+# a folder that is not there (none is made on the way), a layer that cannot
+# be drawn, a raster too large to draw (named with the limit).
+# STATUS|ERROR|WORDS|NOT WRITTEN
 printf 'hello\n' >junk.tsrx
-for words in "wall.tsrx" "-o x.png" "wall.tsrx -o x.png --sideways" "missing.tsrx -o x.png" \
-  "junk.tsrx -o x.png"; do
-  expect 2 "$BIN" render $words
-done
-absent x.png
-
-# A failed write leaves no file, and no folder made on the way.
-expect 1 "$BIN" render wall.tsrx -o no/such/folder/frame.png
-contains err.txt "no/such/folder/frame.png"
-absent no
+project huge.tsrx 640 360 "$(screen Huge 0 0 1 1 100000)"
+project vast.tsrx 20000 20000 "$(screen Small 0 0 1 1 10)"
+while IFS='|' read -r want text words file; do
+  # shellcheck disable=SC2086
+  expect "$want" "$BIN" render $words && contains err.txt "$text" && absent "$file"
+done <<'TABLE'
+2|frame.jpeg: cannot write images of type "jpeg" (use .png, .tga, .bmp, .jpg or .psd)|wall.tsrx -o frame.jpeg|frame.jpeg
+2|frame.tif: cannot write images of type "tif"|wall.tsrx -o frame.tif|frame.tif
+2|frame: has no image extension|wall.tsrx -o frame|frame
+2|-o|wall.tsrx|x.png
+2|FILE|-o x.png|x.png
+2|--sideways|wall.tsrx -o x.png --sideways|x.png
+2|missing.tsrx|missing.tsrx -o x.png|x.png
+2|junk.tsrx|junk.tsrx -o x.png|x.png
+1|no/such/folder/frame.png|wall.tsrx -o no/such/folder/frame.png|no
+1|Offscreen allocated nullptr.|huge.tsrx -o huge.png|huge.png
+1|the raster of 20000 by 20000 pixels is larger than the drawable limit (at most 32767|vast.tsrx -o vast.png|vast.png
+TABLE
 mkdir taken.png
 expect 1 "$BIN" render wall.tsrx -o taken.png
 [ -d taken.png ] && ok || fail "the folder in the way is gone"
-
-# A layer that cannot be drawn fails the frame, and nothing is written.
-project huge.tsrx 640 360 "$(screen Huge 0 0 1 1 100000)"
-expect 1 "$BIN" render huge.tsrx -o huge.png
-contains err.txt "Offscreen allocated nullptr."
-absent huge.png
-
-# A raster too large to draw names the raster and the limit.
-project vast.tsrx 20000 20000 "$(screen Small 0 0 1 1 10)"
-expect 1 "$BIN" render vast.tsrx -o vast.png
-contains err.txt "the raster of 20000 by 20000 pixels is larger than the drawable limit"
-contains err.txt "32767"
-absent vast.png
 
 # The extension is the text after the last dot of the last path component.
 mkdir -p dotted.dir
