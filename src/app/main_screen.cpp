@@ -27,6 +27,7 @@
 #include "panels/top_panel.h"
 #include "panels/widgets/small_widgets.h"
 
+#include <algorithm>
 #include <cctype>
 #include <cstring>
 
@@ -612,9 +613,14 @@ void MainScreen::showRasterLabelTool() {
     m_settings_raster_label->toggle_stored_visibility();
 }
 void MainScreen::showAbout() {
-    // Its state is kept nowhere.
+    // Its state is kept nowhere. It opens whole inside the window where the
+    // window is large enough: its first place runs past a laptop's bottom.
     m_about->setVisible(!m_about->isVisible());
-    if (m_about->isVisible()) m_about->raise();
+    if (!m_about->isVisible()) return;
+    const QSize room = size() - m_about->size();
+    m_about->move(std::max(0, std::min(m_about->x(), room.width())),
+                  std::max(palette_places::canvas_top, std::min(m_about->y(), room.height())));
+    m_about->raise();
 }
 
 void MainScreen::openUpdateLink() {

@@ -146,6 +146,7 @@ TEST_F(screen_test, PalettesFollowTheTypeOfTheCurrentLayer) {
     for (SettingsBaseWindow* p : screen->palettes())
         p->set_stored_visible(p != screen->about());
     screen->showAbout();
+    EXPECT_TRUE(screen->rect().contains(screen->about()->geometry())); // whole, not past the bottom
     // A picture has no palettes: all go, About too.
     global->new_image_layer();
     EXPECT_TRUE(titles_shown().empty());

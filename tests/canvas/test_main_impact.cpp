@@ -217,6 +217,8 @@ TEST_F(canvas_test, APaintNeverStartsAnotherAndWhatTheBuildAsksWaits) {
     EXPECT_EQ(screen->findChildren<QMessageBox*>("error").front()->text(),
               "Offscreen allocated nullptr.");
     canvas_pixels();
-    QTest::qWait(50);
+    bool flushed = false; // queued behind any call the paint deferred
+    QMetaObject::invokeMethod(qApp, [&] { flushed = true; }, Qt::QueuedConnection);
+    ASSERT_TRUE(wait_until([&] { return flushed; }));
     EXPECT_EQ(screen->findChildren<QMessageBox*>("error").size(), 1); // not twice
 }
