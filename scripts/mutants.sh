@@ -63,6 +63,7 @@ MUTANTS=(
   "history-keeps-redo|src/document/history.cpp|/m_undo.push_back({caption/,/trim();/{/m_redo.clear();/d}"
   "history-rename-new-name|src/document/history.cpp|s/return \"Rename \" + name_in(before, first);/return \"Rename \" + layer;/"
   "history-saved-by-state|src/document/history.cpp|s/now.id = m_next_id++;/now.id = m_current.id + 1;/"
+  "history-byte-bound|src/document/history.cpp|s/|| bytes() > max_bytes)/|| bytes() > 2 * max_bytes)/"
   # The window: key names, the Tab walk, the layout file, snapping, hit
   # tests, the drag rules, list sync, palette fields and palette places.
   "key-digit-place|src/app/main_screen.cpp|s/code >= row_starts\[r\] \&\& code - row_starts\[r\]/code > row_starts[r] \&\& code - row_starts[r]/"

@@ -130,3 +130,15 @@ TEST_F(history_test, StepsShareLayersAndPicturesAndKeepTheirBounds) {
     EXPECT_FALSE(history.can_redo());
     EXPECT_TRUE(history.is_modified());
 }
+
+TEST_F(history_test, PicturesOverTheByteBoundDropTheOldestSteps) {
+    // Four new pictures of 160 MiB (never filled, so no memory is touched):
+    // 640 MiB held, and the two oldest steps go to come under 512.
+    auto photo = std::dynamic_pointer_cast<image_layer>(global.get_layer(2));
+    for (int i = 0; i < 4; ++i) {
+        photo->set_image(std::make_shared<image>(8192, 5120, QImage::Format_ARGB32));
+        ASSERT_TRUE(history.record(global));
+    }
+    EXPECT_LE(history.bytes(), document_history::max_bytes);
+    EXPECT_EQ(history.steps(), 2u);
+}
