@@ -27,7 +27,6 @@
 #include "panels/top_panel.h"
 #include "panels/widgets/small_widgets.h"
 
-#include <algorithm>
 #include <cctype>
 #include <cstring>
 
@@ -617,9 +616,9 @@ void MainScreen::showAbout() {
     // window is large enough: its first place runs past a laptop's bottom.
     m_about->setVisible(!m_about->isVisible());
     if (!m_about->isVisible()) return;
-    const QSize room = size() - m_about->size();
-    m_about->move(std::max(0, std::min(m_about->x(), room.width())),
-                  std::max(palette_places::canvas_top, std::min(m_about->y(), room.height())));
+    const QRect below_strips(0, palette_places::canvas_top, width(),
+                             height() - palette_places::canvas_top);
+    m_about->move(palette_places::inside(m_about->geometry(), below_strips));
     m_about->raise();
 }
 

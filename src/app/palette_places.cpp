@@ -78,13 +78,14 @@ places first_start(QSize window, const sizes& size) {
     const places full = all(size);
     const QRect canvas(0, canvas_top, window.width() - lists_width, window.height() - canvas_top);
     for (int p = 0; p < count; ++p)
-        if (!chosen[p].shown) {
-            const QPoint at = full[p].at;
-            chosen[p].at = QPoint(
-                std::max(0, std::min(at.x(), canvas.width() - size[p].width())),
-                std::max(canvas_top, std::min(at.y(), canvas.bottom() + 1 - size[p].height())));
-        }
+        if (!chosen[p].shown) chosen[p].at = inside(QRect(full[p].at, size[p]), canvas);
     return chosen;
+}
+
+QPoint inside(const QRect& palette, const QRect& area) {
+    return QPoint(
+        std::max(area.left(), std::min(palette.x(), area.right() + 1 - palette.width())),
+        std::max(area.top(), std::min(palette.y(), area.bottom() + 1 - palette.height())));
 }
 
 QPoint reachable(const QRect& palette, QSize window) {

@@ -31,6 +31,10 @@ using places = std::array<place, count>;
 // not fit starts hidden, at its place in the full arrangement.
 places first_start(QSize window, const sizes& size);
 
+// The place nearest the palette's own at which it lies whole in the area,
+// its top left corner kept inside where it is larger.
+QPoint inside(const QRect& palette, const QRect& area);
+
 // The place nearest the palette's own at which its title bar can be taken:
 // the whole bar between the top panel and the bottom edge, and a part of it
 // wide enough to grip left of the lists.

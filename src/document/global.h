@@ -50,8 +50,10 @@ class Global {
     pointer<boxes_layer> current_boxes_layer() const;
     pointer<image_layer> current_image_layer() const;
     void set_current_layer_index(long long index);
-    int get_paper_width() const { return paper_width < 2 ? 1 : paper_width; }
-    int get_paper_height() const { return paper_height < 2 ? 1 : paper_height; }
+    // The raster side a stored one stands for: below 2 it is 1.
+    static int paper_side(int stored) { return stored < 2 ? 1 : stored; }
+    int get_paper_width() const { return paper_side(paper_width); }
+    int get_paper_height() const { return paper_side(paper_height); }
     void set_paper_width(int value);
     void set_paper_height(int value);
     void set_is_retina(bool value);

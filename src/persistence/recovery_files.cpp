@@ -34,10 +34,10 @@ file::path beside(const file::path& data, const char* extension) {
 string project_file_text(const document_state& s) {
     const string label =
         raster_label_record(s.label_x, s.label_y, s.label_font_size, s.label_lines);
-    return layers_file_text(s.layers, project_magic,
-                            project_extra_block(s.paper_width < 2 ? 1 : s.paper_width,
-                                                s.paper_height < 2 ? 1 : s.paper_height),
-                            &label);
+    return layers_file_text(
+        s.layers, project_magic,
+        project_extra_block(Global::paper_side(s.paper_width), Global::paper_side(s.paper_height)),
+        &label);
 }
 
 recovery_store::recovery_store(const file::path& folder) : m_folder(folder) {
