@@ -30,7 +30,7 @@ MUTANTS=(
   "cut-record-unreported|src/persistence/project_files.cpp|s/else if (!stale \&\& available < length)/else if (false)/"
   "bad-value-unreported|src/core/diagnostics.cpp|s/if (g_listener) g_listener->m_on_error(key, value);//"
   "crlf-kept|src/core/line_reader.cpp|s/if (pairs == 0) return;/return;/"
-  "route-initial-side|src/datapath/route.cpp|s/const int initial = int(transposed ? (mode >> 1) \& 1 : mode \& 1);/const int initial = int(transposed ? mode \& 1 : mode \& 1);/"
+  "route-initial-side|src/datapath/route.cpp|s/initial = int(transposed ? (mode >> 1) \& 1 : mode \& 1);/initial = int(transposed ? mode \& 1 : mode \& 1);/"
   "route-half-column|src/datapath/route.cpp|s/(half\[0\] \&\& column == 0)/(half[1] \&\& column == 0)/"
   "leading-dot-extension|src/core/file_path.cpp|s/s.find('.', start + 1)/s.find('.', start)/"
   "last-dot-extension|src/core/file_path.cpp|s/std::size_t dot = name.rfind('.');/std::size_t dot = name.find('.');/"
@@ -57,6 +57,19 @@ MUTANTS=(
   "psd-channel-length|src/export/psd_saver.cpp|s/out.put_u32(std::uint32_t(d.red.size()));/out.put_u32(std::uint32_t(d.red.size() - 2));/"
   "snake-limit-strict|src/datapath/route.cpp|s/return std::uint64_t(pixels) > limit;/return std::uint64_t(pixels) >= limit;/"
   "physh-field|src/persistence/parameter_text.cpp|s/{\"PhysH\", \&read_real<\&D::PhysH>}/{\"PhysH\", \&read_real<\&D::PhysW>}/"
+  # The power plan: capacity rounded down, phases in turn, halves weigh
+  # half, a cabinet above a circuit refused, the pattern follows the data
+  # path until set, new keys written only where they differ, the path
+  # drawn apart from the data path, the palette's fields.
+  "power-capacity-rounds-up|src/plan/power_plan.cpp|s/\* layer.PowerVolts \/ 100;/* layer.PowerVolts \/ 100 + 1;/"
+  "power-phase-rotation|src/plan/power_plan.cpp|s/c.phase = (c.number - 1) % out.phases + 1;/c.phase = c.number % out.phases + 1;/"
+  "power-heaviest-equal|src/plan/power_plan.cpp|s/if (heaviest > out.capacity_watts \* 4)/if (heaviest >= out.capacity_watts * 4)/"
+  "power-half-row|src/datapath/snake.h|s/(half_first_row \&\& b.row == 0)/(half_first_row \&\& b.row == 1)/"
+  "power-pattern-own|src/document/boxes_layer.h|s/return PowerPattern >= 0 ? PowerPattern : SnakeMode;/return PowerPattern > 0 ? PowerPattern : SnakeMode;/"
+  "extension-key-always|src/persistence/parameter_text.cpp|s/if (text != extension.text(defaults)) set.set/set.set/"
+  "power-path-centred|src/render/power_path_drawing.cpp|s/(b.x1 - b.x0) \* 0.75f/(b.x1 - b.x0) * 0.5f/"
+  "power-label-unclamped|src/render/power_path_drawing.cpp|s/x += shift;/(void)shift;/"
+  "power-amps-field|src/panels/settings_power.cpp|s/l.CircuitDerate = v;/l.CircuitAmps = v;/"
   # Undo: the oldest steps go first, a new step ends the redo list, a
   # rename is named by the old name, undo back to the save is clean.
   "history-drops-newest|src/document/history.cpp|s/m_undo.pop_front();/m_undo.pop_back();/"
@@ -113,7 +126,7 @@ MUTANTS=(
   "reach-not-after-drag|src/panels/settings_base_window.cpp|s/if (MainScreen\* screen = main_screen()) screen->keep_within_reach(this);//"
 )
 
-CORE_PROGRAMS=(test_core test_document test_persistence test_datapath test_render test_export test_hardening)
+CORE_PROGRAMS=(test_core test_document test_persistence test_datapath test_plan test_render test_export test_hardening)
 WINDOW_PROGRAMS=()
 [ -x "$BUILD/tests/test_app" ] && WINDOW_PROGRAMS=(test_app test_canvas test_panels)
 PROGRAMS=("${CORE_PROGRAMS[@]}" "${WINDOW_PROGRAMS[@]}")

@@ -702,6 +702,7 @@ void MainScreen::layer_row_changed(const app_layer& layer) {
 void MainScreen::post_canvas_redraw() {
     // Every edit comes through here; the port line follows it.
     if (m_settings_data_diagram) m_settings_data_diagram->post_port_line();
+    if (m_settings_power) m_settings_power->post_circuits_line();
     if (m_building == 0 && m_main_impact) m_main_impact->update();
 }
 

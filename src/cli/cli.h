@@ -2,13 +2,14 @@
 // The headless command-line front end: one function per command word.
 
 #include <optional>
+#include "document/boxes_layer.h"
+#include "document/global.h"
 #include "document/workspace_host.h"
 
 #include <string>
 #include <vector>
 
 namespace Vantora_TesserinePro {
-class Global;
 class read_report;
 }
 
@@ -20,6 +21,7 @@ int cmd_new(const args& a);
 int cmd_info(const args& a);
 int cmd_presets(const args& a);
 int cmd_route(const args& a);
+int cmd_power(const args& a);
 int cmd_render(const args& a);
 int cmd_export_resolume(const args& a);
 int cmd_report(const args& a);
@@ -75,6 +77,19 @@ parsed_args parse_args(const std::string& command, const args& a,
                        const std::vector<std::string>& known_flags, bool takes_output,
                        bool takes_layer, bool takes_format = false);
 
+// The screen layers a command reports on: every one, or the one --layer
+// names. A bad index is a usage error, one that names no screen layer of the
+// file a file error; both give their status.
+struct layer_choice {
+    long long only = -1;
+    // Before the file is read: the value of --layer.
+    std::optional<int> parse(const parsed_args& p, const std::string& command);
+    // After: that the index names a screen layer.
+    std::optional<int> check(const Global& global, const std::string& file) const;
+    // The chosen screen layers, bottom first, with their indices.
+    template <class Visit> void for_each(const Global& global, Visit visit) const;
+};
+
 // Stands in for the window during a paint: answers "Draw Current Only" and
 // keeps the messages a paint would show.
 class render_host : public workspace_host {
@@ -93,5 +108,14 @@ int build_frame(Global& global, render_host& host, const std::string& file);
 
 // Text as a JSON string literal.
 std::string json_string(const std::string& text);
+
+template <class Visit> void layer_choice::for_each(const Global& global, Visit visit) const {
+    for (long long i = 0; i < global.get_layers_count(); ++i) {
+        if (only >= 0 && i != only) continue;
+        const auto layer = global.get_layer(i);
+        if (layer && layer->get_layer_type() == e_layer_boxes)
+            visit(static_cast<const boxes_layer&>(*layer), i);
+    }
+}
 
 } // namespace Vantora_TesserinePro::cli

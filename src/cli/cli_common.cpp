@@ -13,6 +13,7 @@
 #include <QRegularExpression>
 
 #include <algorithm>
+#include <charconv>
 #include <cstdio>
 #include <iostream>
 
@@ -41,6 +42,10 @@ const command_help commands_help[] = {
     {"route", "route FILE [--layer N] [--json]",
      "The data path of every screen layer, or of layer N, cabinet by cabinet;\n"
      "with --json, the port loads of every screen layer as one JSON document.\n"},
+    {"power", "power FILE [--layer N] [--json]",
+     "The power plan of every screen layer, or of layer N: each circuit with\n"
+     "its phase, first and last cabinet, cabinets, watts, amperes and share of\n"
+     "the breaker rating, then the amperes of each phase and the totals.\n"},
     {"render", "render FILE... -o OUT [--format EXT] [--transparent] [--only-current]",
      "Renders the frame; the extension of OUT picks PNG, TGA, BMP, JPG or a\n"
      "layered PSD. With --format, or with several FILEs, OUT is a folder\n"
@@ -265,6 +270,33 @@ int build_frame(Global& global, render_host& host, const std::string& file) {
                       << " (the data path of that layer is switched off)" << std::endl;
     }
     return exit_ok;
+}
+
+} // namespace Vantora_TesserinePro::cli
+
+namespace Vantora_TesserinePro::cli {
+
+std::optional<int> layer_choice::parse(const parsed_args& p, const std::string& command) {
+    if (!p.has_layer) return std::nullopt;
+    const char* first = p.layer.data();
+    const char* last = first + p.layer.size();
+    auto [end, ec] = std::from_chars(first, last, only);
+    if (p.layer.empty() || ec != std::errc() || end != last || only < 0)
+        return usage_error("--layer needs a layer index (0 is the bottom of the stack), not \"" +
+                               p.layer + "\"",
+                           command);
+    return std::nullopt;
+}
+
+std::optional<int> layer_choice::check(const Global& global, const std::string& file) const {
+    if (only < 0) return std::nullopt;
+    const auto layer = only < global.get_layers_count() ? global.get_layer(only) : nullptr;
+    if (!layer)
+        return file_error(file, "has no layer " + std::to_string(only) + " (it has " +
+                                    std::to_string(global.get_layers_count()) + ")");
+    if (layer->get_layer_type() != e_layer_boxes)
+        return file_error(file, "layer " + std::to_string(only) + " is not a screen layer");
+    return std::nullopt;
 }
 
 } // namespace Vantora_TesserinePro::cli

@@ -4,7 +4,6 @@
 #include "document/boxes_layer.h"
 #include "document/global.h"
 
-#include <charconv>
 #include <cstdio>
 #include <iostream>
 #include <stdexcept>
@@ -56,42 +55,22 @@ int cmd_route(const args& a) {
     if (p.done) return *p.done;
     const bool json = !p.flags.empty();
     if (p.positional.size() != 1) return usage_error("route takes one FILE", "route");
-    long long only = -1;
-    if (p.has_layer) {
-        const char* first = p.layer.data();
-        const char* last = first + p.layer.size();
-        auto [end, ec] = std::from_chars(first, last, only);
-        if (p.layer.empty() || ec != std::errc() || end != last || only < 0)
-            return usage_error(
-                "--layer needs a layer index (0 is the bottom of the stack), not \"" + p.layer +
-                    "\"",
-                "route");
-    }
+    layer_choice layers;
+    if (auto status = layers.parse(p, "route")) return *status;
     const std::string& file = p.positional[0];
     Global global;
     if (int status = load_for_request(global, file)) return status;
+    if (auto status = layers.check(global, file)) return *status;
 
-    if (only >= 0) {
-        const auto layer = only < global.get_layers_count() ? global.get_layer(only) : nullptr;
-        if (!layer)
-            return file_error(file, "has no layer " + std::to_string(only) + " (it has " +
-                                        std::to_string(global.get_layers_count()) + ")");
-        if (layer->get_layer_type() != e_layer_boxes)
-            return file_error(file, "layer " + std::to_string(only) + " is not a screen layer");
-    }
     if (json) std::cout << "{\"layers\": [";
     bool first = true;
-    for (long long i = 0; i < global.get_layers_count(); ++i) {
-        if (only >= 0 && i != only) continue;
-        const auto layer = global.get_layer(i);
-        if (!layer || layer->get_layer_type() != e_layer_boxes) continue;
-        const auto& screen = static_cast<const boxes_layer&>(*layer);
+    layers.for_each(global, [&](const boxes_layer& screen, long long i) {
         if (json)
             std::cout << (first ? "\n  " : ",\n  ") << loads_json(screen, i);
         else
             std::cout << route_line(screen, i);
         first = false;
-    }
+    });
     if (json) std::cout << "\n]}\n";
     std::cout << std::flush;
     return exit_ok;

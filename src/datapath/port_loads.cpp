@@ -54,25 +54,23 @@ layer_loads port_loads(const boxes_layer& layer) {
         out.ports.push_back(port);
         port = {};
     };
-    for (const box& b : r) {
-        if (!layer.should_skip_box(b)) {
-            const std::int64_t bx0 = whole(b.x0), by0 = whole(b.y0);
-            const std::int64_t bx1 = whole(b.x1), by1 = whole(b.y1);
-            if (port.cabinets == 0) {
-                port.first_column = b.column;
-                port.first_row = b.row;
-                x0 = bx0, y0 = by0, x1 = bx1, y1 = by1;
-            }
-            x0 = std::min(x0, bx0), y0 = std::min(y0, by0);
-            x1 = std::max(x1, bx1), y1 = std::max(y1, by1);
-            port.last_column = b.column;
-            port.last_row = b.row;
-            ++port.cabinets;
-            port.pixels += pixel_count(b);
+    const auto add = [&](const box& b) {
+        const std::int64_t bx0 = whole(b.x0), by0 = whole(b.y0);
+        const std::int64_t bx1 = whole(b.x1), by1 = whole(b.y1);
+        if (port.cabinets == 0) {
+            port.first_column = b.column;
+            port.first_row = b.row;
+            x0 = bx0, y0 = by0, x1 = bx1, y1 = by1;
         }
-        if (b.is_port_end()) close();
-    }
-    close();
+        x0 = std::min(x0, bx0), y0 = std::min(y0, by0);
+        x1 = std::max(x1, bx1), y1 = std::max(y1, by1);
+        port.last_column = b.column;
+        port.last_row = b.row;
+        ++port.cabinets;
+        port.pixels += pixel_count(b);
+    };
+    walk_chains(
+        r, [&](const box& b) { return layer.should_skip_box(b); }, add, close);
     return out;
 }
 

@@ -79,6 +79,23 @@ inline std::int32_t pixels_of(const box& b) {
     return area > 0.0f ? INT32_MAX : area < 0.0f ? INT32_MIN : 0;
 }
 
+// What a cabinet weighs on its chain: its pixels on a data port. The
+// cabinets of a line are mostly of one size, so the count of the one before
+// is used again when the size repeats.
+struct pixel_weight {
+    float last_w = NAN, last_h = NAN;
+    std::int64_t last = 0;
+    std::int64_t operator()(const box& b) {
+        const float w = b.x1 - b.x0, h = b.y1 - b.y0;
+        if (w != last_w || h != last_h) {
+            last_w = w;
+            last_h = h;
+            last = pixels_of(b);
+        }
+        return last;
+    }
+};
+
 // Which cabinets leave the path. A bit per cell keeps the test cheap on large
 // walls; the set itself answers for grids too big for that.
 class excluded_cells {
@@ -221,11 +238,14 @@ class novastar_router {
     std::int64_t used = 0;
 };
 
-// "Other Type": a port may end in the middle of a line, limited by pixel sum
-// only, with a look-ahead of one cabinet at the end of each line.
-class other_type_router {
+// "Other Type": a port may end in the middle of a line, limited by its sum
+// only, with a look-ahead of one cabinet at the end of each line. The sum is
+// of what Weight gives each cabinet: pixels for a data port, power for a
+// circuit.
+template <class Weight> class other_type_router {
   public:
-    other_type_router(std::uint64_t limit, int initial) : limit(limit), initial(initial) {
+    other_type_router(std::uint64_t limit, int initial, Weight weight = {})
+        : limit(limit), initial(initial), weigh(weight) {
         direction = initial;
     }
 
@@ -241,19 +261,11 @@ class other_type_router {
         // mark written on it reached only that run's own copy.
         box* previous_here = nullptr;
         std::int64_t line = 0, size = 0;
-        float last_w = NAN, last_h = NAN; // the size counted last, used again when it repeats
         // One visit per cabinet, then one with no cabinet that still has the
         // size of the last.
         for (std::size_t i = 0; i <= n; ++i) {
             box* b = i < n ? &run[i] : nullptr;
-            if (b) {
-                const float w = b->x1 - b->x0, h = b->y1 - b->y0;
-                if (w != last_w || h != last_h) {
-                    last_w = w;
-                    last_h = h;
-                    size = pixels_of(*b);
-                }
-            }
+            if (b) size = weigh(*b);
             if (used != 0 && !open) {
                 if (b) line += size;
             } else if (above(size + line + used, limit)) {
@@ -309,6 +321,7 @@ class other_type_router {
     bool pending = true;
     std::int64_t used = 0;
     bool has_previous = false;
+    Weight weigh;
 };
 
 // Walks the layer into runs and hands each to the router in the order the
@@ -442,6 +455,30 @@ route custom_route(const boxes_layer& layer) {
     return r;
 }
 
+// A pattern (SnakeMode) as three bits: bit 2 columns, bit 0 right-hand
+// start, bit 1 bottom start.
+struct pattern_bits {
+    bool transposed;
+    int initial;
+    bool backward;
+    explicit pattern_bits(int pattern) {
+        const unsigned mode = unsigned(pattern);
+        transposed = (mode & 4) != 0;
+        initial = int(transposed ? (mode >> 1) & 1 : mode & 1);
+        backward = (transposed ? mode & 1 : (mode >> 1) & 1) != 0;
+    }
+};
+
+// "Other Type" chains under a capacity; it never routes through an excluded
+// cabinet.
+template <class Weight>
+route chains_under(const boxes_layer& layer, int pattern, std::uint64_t capacity, Weight weight) {
+    const pattern_bits p(pattern);
+    const excluded_cells excluded(layer, true);
+    other_type_router<Weight> router(capacity, p.initial, weight);
+    return computed_route(layer, router, p.transposed, p.backward, excluded);
+}
+
 } // namespace
 
 int pixel_count(const box& b) {
@@ -450,25 +487,17 @@ int pixel_count(const box& b) {
 
 route make_route(const boxes_layer& layer) {
     if (layer.CustomDataPath) return custom_route(layer);
-
-    // SnakeMode as three bits: bit 2 columns, bit 0 right-hand start, bit 1
-    // bottom start.
-    const unsigned mode = unsigned(layer.SnakeMode);
-    const bool transposed = (mode & 4) != 0;
-    const int initial = int(transposed ? (mode >> 1) & 1 : mode & 1);
-    const bool backward = (transposed ? mode & 1 : (mode >> 1) & 1) != 0;
     const std::uint64_t limit = limit_of(layer);
+    if (layer.DataDiagramType != 0) return chains_under(layer, layer.SnakeMode, limit, pixel_weight{});
+    // "Novastar" routes through excluded cabinets unless told to skip them.
+    const pattern_bits p(layer.SnakeMode);
+    const excluded_cells excluded(layer, layer.SkipBlankBoxes != 0);
+    novastar_router router(limit, p.initial);
+    return computed_route(layer, router, p.transposed, p.backward, excluded);
+}
 
-    if (layer.DataDiagramType == 0) {
-        // "Novastar" routes through excluded cabinets unless told to skip them.
-        const excluded_cells excluded(layer, layer.SkipBlankBoxes != 0);
-        novastar_router router(limit, initial);
-        return computed_route(layer, router, transposed, backward, excluded);
-    }
-    // "Other Type" never routes through an excluded cabinet.
-    const excluded_cells excluded(layer, true);
-    other_type_router router(limit, initial);
-    return computed_route(layer, router, transposed, backward, excluded);
+route power_route(const boxes_layer& layer, int pattern, std::uint64_t capacity) {
+    return chains_under(layer, pattern, capacity, quarter_watts(layer));
 }
 
 std::string route_text(const route& r) {

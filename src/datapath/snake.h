@@ -40,6 +40,42 @@ int pixel_count(const box& b);
 // route of a wall above max_route_cabinets.
 route make_route(const boxes_layer& layer);
 
+// The power path: the layer's cabinets chained onto circuits by the same
+// engine and the same "Other Type" rule, each cabinet weighing its quarter
+// watts and a chain closing where the next would pass capacity (quarter
+// watts too). pattern is read as SnakeMode is. Excluded cabinets are on no
+// circuit. Never fails, except on a wall above max_route_cabinets.
+route power_route(const boxes_layer& layer, int pattern, std::uint64_t capacity);
+// What a cabinet of the layer draws, in quarter watts: PowerWatts, half of it
+// for a half cabinet, a quarter for one halved both ways.
+class quarter_watts {
+  public:
+    explicit quarter_watts(const boxes_layer& layer);
+    std::int64_t operator()(const box& b) const {
+        const bool half_column = (half_first_column && b.column == 0) ||
+                                 (half_last_column && std::int64_t(b.column) == last_column);
+        const bool half_row =
+            (half_first_row && b.row == 0) || (half_last_row && std::int64_t(b.row) == last_row);
+        return full / (half_column ? 2 : 1) / (half_row ? 2 : 1);
+    }
+
+  private:
+    std::int64_t full, last_column, last_row;
+    bool half_first_column, half_last_column, half_first_row, half_last_row;
+};
+
+// Walks a route chain by chain, as drawing splits it: on_box for each box
+// not skipped, and on_end where a chain ends (after a box marked as an end,
+// and after the last box; the chain may then be empty).
+template <class Skip, class OnBox, class OnEnd>
+void walk_chains(const route& r, Skip skip, OnBox on_box, OnEnd on_end) {
+    for (const box& b : r) {
+        if (!skip(b)) on_box(b);
+        if (b.is_port_end()) on_end();
+    }
+    on_end();
+}
+
 extern const char* const limit_failure_text;
 extern const char* const too_many_cabinets_text;
 // Far beyond any real wall (a route of them is 1.8 GB), yet small enough

@@ -83,6 +83,16 @@ struct BoxesLayerDescription {
     std::vector<color::color> BoxTintColors;
     exclude_boxes_set ExcludeBoxes;
     std::vector<std::vector<std::uint32_t>> CustomPath;
+
+    // Keys beyond the design's, written after them and only where they
+    // differ from these defaults, so that a file that never used them saves
+    // as it always did.
+    std::int32_t CircuitAmps = 16;   // breaker rating of one circuit
+    std::int32_t CircuitDerate = 80; // per cent of the rating a circuit may carry
+    std::int32_t PowerPattern = -1;  // 0-7 as SnakeMode; below 0: SnakeMode
+    std::int32_t DrawPowerPath = 0;
+
+    int power_pattern() const { return PowerPattern >= 0 ? PowerPattern : SnakeMode; }
 };
 
 // "%d' %.2f''" of a length in millimetres, as the size label writes it.
@@ -158,6 +168,8 @@ class boxes_layer : public app_layer, public BoxesLayerDescription {
     void draw_circle(nano2d::context* context);
     void draw_dotted(nano2d::context* context);
     void draw_snake(nano2d::context* context);
+    // The power path of the layer's power plan; nothing when the plan fails.
+    void draw_power_path(nano2d::context* context);
     void draw_label(nano2d::context* context, int x, int y, const string& text,
                     color::color text_color, color::color background_color, const string& face,
                     int size, int align);

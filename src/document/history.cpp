@@ -52,6 +52,9 @@ string key_caption(const string& key) {
         {"CustomPath", "Custom Path"},
         {"PhysW", "Physical Width"},
         {"PhysH", "Physical Height"},
+        {"CircuitAmps", "Circuit Rating"},
+        {"CircuitDerate", "Derate"},
+        {"DrawPowerPath", "Power Path"},
     };
     if (auto it = captions.find(key); it != captions.end()) return it->second;
     string text;

@@ -10,6 +10,7 @@
 #include "document/boxes_layer.h"
 #include "document/global.h"
 #include "document/image_layer.h"
+#include "plan/power_plan.h"
 
 #include <QBuffer>
 #include <QDateTime>
@@ -128,9 +129,46 @@ const char* type_name(const boxes_layer& layer) {
 }
 
 struct totals {
-    long long cabinets = 0, pixels = 0, ports = 0, watts = 0;
+    long long cabinets = 0, pixels = 0, ports = 0, watts = 0, circuits = 0;
     double amperes = 0;
+    double phase_amperes[3] = {0, 0, 0};
 };
+
+void circuits_table(page_writer& page, const boxes_layer& layer, totals& sum) {
+    page.heading("Circuits", 11);
+    const plan::power_plan power = plan::plan_power(layer);
+    if (power.failed) {
+        page.line(q("No power plan: " + power.message), over_text);
+        return;
+    }
+    page.line(q(string_format("%d A circuits derated to %d %% at %d V: %lld W each.",
+                              layer.CircuitAmps, layer.CircuitDerate, layer.PowerVolts,
+                              (long long)power.capacity_watts)));
+    if (power.circuits.empty()) {
+        page.line("No cabinet draws power.");
+        return;
+    }
+    std::vector<QStringList> rows;
+    for (const plan::circuit& c : power.circuits)
+        rows.push_back({QString::number(c.number), q(plan::phase_name(c.phase)),
+                        q(string_format("%u, %u", c.first_column, c.first_row)),
+                        q(string_format("%u, %u", c.last_column, c.last_row)),
+                        QString::number(c.cabinets), q(plan::watts_text(c.quarter_watts)),
+                        q(string_format("%.2f", c.amperes)),
+                        q(string_format("%.2f %%", c.percent))});
+    page.table({0.09, 0.08, 0.13, 0.13, 0.13, 0.14, 0.14, 0.16},
+               {"Circuit", "Phase", "First", "Last", "Cabinets", "Watts", "Amperes",
+                "Share of rating"},
+               rows);
+    QString phases;
+    for (int k = 0; k < power.phases; ++k) {
+        phases += q(string_format("%s%s %.2f A", k ? " \u00b7 " : "",
+                                  plan::phase_name(k + 1).c_str(), power.phase_amperes[k]));
+        sum.phase_amperes[k] += power.phase_amperes[k];
+    }
+    page.line(phases);
+    sum.circuits += (long long)power.circuits.size();
+}
 
 void first_page(page_writer& page, QPainter& painter, const Global& global, const image& frame,
                 const report_options& options) {
@@ -221,6 +259,7 @@ void screen_page(page_writer& page, const boxes_layer& layer, long long index, t
         page.table({0.08, 0.14, 0.14, 0.14, 0.16, 0.16, 0.18},
                    {"Port", "First", "Last", "Cabinets", "Pixels", "Area", "Share of limit"}, rows);
     }
+    circuits_table(page, layer, sum);
     sum.cabinets += layer.cabinet_count();
     sum.pixels += (long long)layer.get_width() * layer.get_height();
     sum.ports += (long long)loads.ports.size();
@@ -281,6 +320,10 @@ std::string write_report(const Global& global, const image& frame, const file::p
                    {{QString::number(sum.cabinets), QString::number(sum.pixels),
                      QString::number(sum.ports), QString::number(sum.watts),
                      q(string_format("%.2f", sum.amperes))}});
+        page.table({0.25, 0.25, 0.25, 0.25}, {"Circuits", "L1 amperes", "L2 amperes", "L3 amperes"},
+                   {{QString::number(sum.circuits), q(string_format("%.2f", sum.phase_amperes[0])),
+                     q(string_format("%.2f", sum.phase_amperes[1])),
+                     q(string_format("%.2f", sum.phase_amperes[2]))}});
         if (!pictures.empty()) {
             page.heading("Image layers", 11);
             page.table({0.5, 0.25, 0.25}, {"Name", "Size", "Offset"}, pictures);

@@ -16,15 +16,18 @@
 
 namespace Vantora_TesserinePro {
 
-SettingsDataDiagram::W_SnakeChoicer::W_SnakeChoicer(QWidget* parent, Global* global)
-    : QWidget(parent), SettingsFromLayer(global) {
+SettingsDataDiagram::W_SnakeChoicer::W_SnakeChoicer(QWidget* parent, Global* global,
+                                                    const char* name, reader read, writer write)
+    : QWidget(parent), SettingsFromLayer(global),
+      m_read(read ? read : [](const boxes_layer& l) { return int(l.SnakeMode); }),
+      m_write(write ? write : [](boxes_layer& l, int v) { l.SnakeMode = v; }) {
     auto* grid = new QGridLayout(this);
     grid->setContentsMargins(0, 0, 0, 0);
     grid->setSpacing(1);
     grid->setAlignment(Qt::AlignCenter);
     for (int i = 0; i < 8; ++i) {
         auto* box = new CheckboxWithFocus(this);
-        box->setObjectName(QString::asprintf("SnakeCheckbox%d", i));
+        box->setObjectName(QString::asprintf("%s%d", name, i));
         auto* picture = new W_Image(this, 25, 25);
         picture->set_image(snake_pattern_picture(i));
         // Four patterns a row: box, picture, box, picture...
@@ -34,7 +37,7 @@ SettingsDataDiagram::W_SnakeChoicer::W_SnakeChoicer(QWidget* parent, Global* glo
         box->set_callback([this, i](bool) {
             const pointer<boxes_layer> layer = current_boxes_layer();
             if (!layer) return;
-            layer->SnakeMode = i;
+            m_write(*layer, i);
             layer->set_changed();
             get_settings_from_layer(layer);
         });
@@ -47,7 +50,7 @@ void SettingsDataDiagram::W_SnakeChoicer::get_settings_from_layer(
     const pointer<boxes_layer>& layer) {
     if (!layer) return;
     for (int i = 0; i < int(boxes.size()); ++i)
-        boxes[std::size_t(i)]->set_checked(i == layer->SnakeMode);
+        boxes[std::size_t(i)]->set_checked(i == m_read(*layer));
 }
 
 SettingsDataDiagram::W_SnakeSecondParams::W_SnakeSecondParams(QWidget* parent, Global* global)

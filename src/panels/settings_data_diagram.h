@@ -19,12 +19,20 @@ class SettingsDataDiagram : public SettingsBaseWindow {
   public:
     // The eight patterns, each a box and its picture; the boxes act as
     // radio buttons.
+    // The boxes are named NAME0 to NAME7; by default they choose SnakeMode.
     class W_SnakeChoicer : public QWidget, public SettingsFromLayer {
       public:
-        W_SnakeChoicer(QWidget* parent, Global* global);
+        using reader = int (*)(const boxes_layer&);
+        using writer = void (*)(boxes_layer&, int);
+        W_SnakeChoicer(QWidget* parent, Global* global, const char* name = "SnakeCheckbox",
+                       reader read = nullptr, writer write = nullptr);
         void get_settings_from_layer(const pointer<boxes_layer>& layer) override;
         std::vector<CheckboxWithFocus*> boxes;
         std::vector<W_Image*> images;
+
+      private:
+        reader m_read;
+        writer m_write;
     };
     // Colour, width, switches, type and pixel limit of the path.
     class W_SnakeSecondParams : public QWidget, public SettingsFromLayer {

@@ -3,6 +3,8 @@
 #include "document/boxes_layer.h"
 #include "panels/look.h"
 #include "panels/widgets/fields.h"
+#include "panels/widgets/small_widgets.h"
+#include "plan/power_plan.h"
 
 #include <QComboBox>
 #include <QGridLayout>
@@ -69,10 +71,33 @@ SettingsPower::SettingsPower(QWidget* parent, Global* global)
     watts->setFixedSize(70, 22);
     add(make_caption(grid_widget, "Watts"), watts);
     show_custom(false);
+    circuit_amps = new IntBox(grid_widget);
+    circuit_amps->setFixedSize(70, 22);
+    circuit_amps->setObjectName("CircuitAmps");
+    add(make_caption(grid_widget, "Circuit Rating (A)"), circuit_amps);
+    derate = new IntBox(grid_widget);
+    derate->setFixedSize(70, 22);
+    derate->setObjectName("CircuitDerate");
+    add(make_caption(grid_widget, "Derate (%)"), derate);
+    power_path = new CheckboxWithFocus(grid_widget);
+    power_path->setObjectName("PowerPath");
+    add(make_caption(grid_widget, "Power Path"), power_path);
 
     total = make_caption(body(), "Total Power: 0 Amp");
+    pattern = new SettingsDataDiagram::W_SnakeChoicer(
+        body(), global, "PowerPatternCheckbox",
+        [](const boxes_layer& l) { return l.power_pattern(); },
+        [](boxes_layer& l, int v) { l.PowerPattern = v; });
+    circuits = make_caption(body(), "");
+    circuits->setObjectName("Circuits");
+    circuits->setWordWrap(true);
+    circuits->setAlignment(Qt::AlignCenter);
     column->addWidget(grid_widget, 0, Qt::AlignHCenter);
     column->addWidget(total, 0, Qt::AlignHCenter);
+    column->addSpacing(4);
+    column->addWidget(pattern, 0, Qt::AlignHCenter);
+    column->addWidget(circuits, 0, Qt::AlignHCenter);
+    circuits->setFixedWidth(std::max(grid_widget->sizeHint().width(), pattern->sizeHint().width()));
 
     connect(volts, &QComboBox::currentIndexChanged, this, [this](int i) { on_volts(i); });
     connect(custom_volts, &QLineEdit::editingFinished, this, [this] { on_custom_volts(); });
@@ -90,6 +115,9 @@ SettingsPower::SettingsPower(QWidget* parent, Global* global)
         }
         update_amperes();
     });
+    circuit_amps->set_callback(writes([](boxes_layer& l, int v) { l.CircuitAmps = v; }));
+    derate->set_callback(writes([](boxes_layer& l, int v) { l.CircuitDerate = v; }));
+    power_path->set_callback(writes([](boxes_layer& l, bool v) { l.DrawPowerPath = v; }));
     // The palette's text is fixed in size by its fields; the total line
     // may grow.
     layout()->setSizeConstraint(QLayout::SetFixedSize);
@@ -142,7 +170,12 @@ void SettingsPower::get_settings_from_layer(const pointer<boxes_layer>& layer) {
     select_quietly(volts, layer->PowerVolts == 110 ? 0 : 1);
     select_quietly(phases, layer->PowerPhases == 1 ? 0 : 1);
     watts->set_value(layer->PowerWatts);
+    circuit_amps->set_value(layer->CircuitAmps);
+    derate->set_value(layer->CircuitDerate);
+    power_path->set_checked(layer->DrawPowerPath != 0);
+    pattern->get_settings_from_layer(layer);
     update_amperes();
+    update_circuits_line();
 }
 
 float SettingsPower::getAmp() const {
@@ -154,6 +187,28 @@ void SettingsPower::update_amperes() {
     char text[64];
     std::snprintf(text, sizeof text, "Total Power %.2f A", double(getAmp()));
     total->setText(text);
+}
+
+void SettingsPower::post_circuits_line() {
+    if (m_circuits_posted) return;
+    m_circuits_posted = true;
+    QMetaObject::invokeMethod(
+        this, [this] { update_circuits_line(); }, Qt::QueuedConnection);
+}
+
+void SettingsPower::update_circuits_line() {
+    m_circuits_posted = false;
+    const pointer<boxes_layer> layer = current_boxes_layer();
+    QString text;
+    bool warn = false;
+    if (layer) {
+        const plan::power_plan power = plan::plan_power(*layer);
+        text = QString::fromStdString(plan::circuits_line(power));
+        warn = power.failed;
+    }
+    if (text != circuits->text()) circuits->setText(text);
+    static const QColor warning(0xff, 0x70, 0x50);
+    look::set_text_color(circuits, warn ? warning : look::text);
 }
 
 } // namespace Vantora_TesserinePro

@@ -2,6 +2,7 @@
 // The power inputs of the current screen layer and its total in amperes.
 
 #include "panels/settings_base_window.h"
+#include "panels/settings_data_diagram.h"
 
 class QComboBox;
 class QLabel;
@@ -9,6 +10,7 @@ class QLineEdit;
 
 namespace Vantora_TesserinePro {
 
+class CheckboxWithFocus;
 class IntBox;
 
 class SettingsPower : public SettingsBaseWindow {
@@ -25,6 +27,10 @@ class SettingsPower : public SettingsBaseWindow {
     float getAmp() const;
     // Rewrites the total line from the current screen layer.
     void update_amperes();
+    // The circuits line under the power plan's controls: any edit may
+    // change it, and edits between two turns of the event loop cost one plan.
+    void post_circuits_line();
+    void update_circuits_line();
 
     QComboBox* volts = nullptr;
     QLabel* custom_caption = nullptr;
@@ -32,11 +38,19 @@ class SettingsPower : public SettingsBaseWindow {
     QComboBox* phases = nullptr;
     IntBox* watts = nullptr;
     QLabel* total = nullptr;
+    // The power plan: breaker rating, derate, chain pattern, the path on
+    // the map and the circuits it gives.
+    IntBox* circuit_amps = nullptr;
+    IntBox* derate = nullptr;
+    SettingsDataDiagram::W_SnakeChoicer* pattern = nullptr;
+    CheckboxWithFocus* power_path = nullptr;
+    QLabel* circuits = nullptr;
 
   private:
     void on_volts(int index);
     void on_custom_volts();
     void show_custom(bool shown);
+    bool m_circuits_posted = false;
 };
 
 } // namespace Vantora_TesserinePro

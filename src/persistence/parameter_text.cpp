@@ -149,6 +149,35 @@ const key_reader long_list[] = {
     {"LabelFontSize", &read_size<&D::LabelFontSize>},
 };
 
+template <auto Field> std::string integer_text(const BoxesLayerDescription& record) {
+    return std::to_string(record.*Field);
+}
+
+// Keys beyond the design's: read like the others, written after them where
+// they differ from the default.
+struct extension_key {
+    key_reader reader;
+    std::string (*text)(const BoxesLayerDescription&);
+};
+const extension_key extension_keys[] = {
+    {{"CircuitAmps", &read_integer<&D::CircuitAmps>}, &integer_text<&D::CircuitAmps>},
+    {{"CircuitDerate", &read_integer<&D::CircuitDerate>}, &integer_text<&D::CircuitDerate>},
+    {{"PowerPattern", &read_integer<&D::PowerPattern>}, &integer_text<&D::PowerPattern>},
+    {{"DrawPowerPath", &read_integer<&D::DrawPowerPath>}, &integer_text<&D::DrawPowerPath>},
+};
+
+bool apply_reader(BoxesLayerDescription& record, const key_reader& reader, const string& key,
+                  const string& value) {
+    if (key != reader.key) return false;
+    try {
+        reader.read(record, value);
+    } catch (const std::exception& failure) {
+        // One bad value costs one key; the rest of the record still reads.
+        report_parse_error(failure.what(), key, value);
+    }
+    return true;
+}
+
 } // namespace
 
 void boxes_layer::apply_parameter_by_name(const string& key, const string& value) {
@@ -166,16 +195,10 @@ void boxes_layer::apply_parameter_by_name(const string& key, const string& value
         append_colors(BoxTintColors, value);
         return;
     }
-    for (const key_reader& reader : long_list) {
-        if (key != reader.key) continue;
-        try {
-            reader.read(*this, value);
-        } catch (const std::exception& failure) {
-            // One bad value costs one key; the rest of the record still reads.
-            report_parse_error(failure.what(), key, value);
-        }
-        return;
-    }
+    for (const key_reader& reader : long_list)
+        if (apply_reader(*this, reader, key, value)) return;
+    for (const extension_key& extension : extension_keys)
+        if (apply_reader(*this, extension.reader, key, value)) return;
 }
 
 property_set boxes_layer::get_all_parameters() const {
@@ -228,6 +251,11 @@ property_set boxes_layer::get_all_parameters() const {
     set.set("LayerNameFontSize", LayerNameFontSize.get());
     set.set("LabelFontColor", color_to_text(LabelFontColor));
     set.set("LabelFontSize", LabelFontSize.get());
+    static const BoxesLayerDescription defaults{};
+    for (const extension_key& extension : extension_keys) {
+        const std::string text = extension.text(*this);
+        if (text != extension.text(defaults)) set.set(extension.reader.key, text);
+    }
     return set;
 }
 

@@ -109,6 +109,7 @@ struct font_sink::surface {
         paint fill_paint;
         bool fill_is_paint = false;
         float stroke_width = 1.0f;
+        float dash_on = 0.0f, dash_off = 0.0f;
         float font_size = 16.0f;
         std::string face = "sans";
         int align = align_left;
@@ -277,6 +278,11 @@ void draw2d_context::fill_paint(const paint& p) {
     m_surface->st.fill_is_paint = true;
 }
 
+void draw2d_context::stroke_dash(float on, float off) {
+    m_surface->st.dash_on = on;
+    m_surface->st.dash_off = off;
+}
+
 void draw2d_context::stroke_width(float width) {
     m_surface->st.stroke_width = width;
 }
@@ -403,6 +409,9 @@ void draw2d_context::stroke() {
             QRectF(0, 0, s.device->width(), s.device->height()));
     const float width = bounded_stroke_width(s.path, area, s.st.stroke_width);
     QPen pen(QBrush(s.st.stroke), width, Qt::SolidLine, Qt::FlatCap, Qt::MiterJoin);
+    // Qt measures dashes in line widths.
+    if (s.st.dash_on > 0 && width > 0)
+        pen.setDashPattern({s.st.dash_on / width, std::max(s.st.dash_off, 0.0f) / width});
     // A line far wider than the target costs the rasterizer in proportion
     // to its outline's length, almost all of it off the target: clip the
     // outline to the target first.

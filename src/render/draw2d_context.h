@@ -102,6 +102,7 @@ class draw2d_context : public context {
     void stroke_color(color::color c) override;
     void fill_paint(const paint& p) override;
     void stroke_width(float width) override;
+    void stroke_dash(float on, float off) override;
 
     void font_size(float size) override;
     void font_face(const std::string& face) override;

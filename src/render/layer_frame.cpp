@@ -62,6 +62,7 @@ void boxes_layer::build_frame(nano2d::context* context, error_callback on_error)
             if (on_error) on_error(failure.what());
         }
     }
+    if (DrawPowerPath) draw_power_path(context);
 
     const char* phases_word = PowerPhases == 1 ? "Phase" : "Phases";
     const string power = string_format("%.2fA | %dV | %d %s", double(calculate_power()), PowerVolts,

@@ -75,6 +75,9 @@ class context {
     virtual void stroke_color(color::color c) = 0;
     virtual void fill_paint(const paint& p) = 0;
     virtual void stroke_width(float width) = 0;
+    // Dashes of on pixels drawn and off pixels left along a stroke; an on
+    // length of 0 or less draws solid lines again.
+    virtual void stroke_dash(float on, float off) = 0;
 
     virtual void font_size(float size) = 0;
     virtual void font_face(const std::string& face) = 0;

@@ -39,6 +39,9 @@ absent() { # FILE: nothing by that name
   if [ -e "$1" ]; then fail "$1 exists"; else ok; fi
 }
 golden() { # FILE NAME: FILE holds the bytes of tests/data/NAME
+  # TESSERINE_NEW_GOLDEN=1 writes what was got over the golden files, for a
+  # change that means to change them (read the diff before committing).
+  [ -n "${TESSERINE_NEW_GOLDEN:-}" ] && cp "$1" "$DATA/$2"
   if cmp -s "$1" "$DATA/$2"; then ok; else
     fail "$1 differs from $2: $(diff "$1" "$DATA/$2" | head -20)"
   fi

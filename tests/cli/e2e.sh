@@ -61,6 +61,22 @@ golden out.txt route_loads.json
 expect 0 "$BIN" route loads.tsrx --json --layer 3
 contains out.txt '"type": "other", "limit": 500'
 
+# --- power --------------------------------------------------------------
+# Circuits in text and JSON against golden files: halves and an exclusion,
+# an image layer between, a plan that fails and the layers after it still
+# planned, one phase; --layer picks one.
+project power.tsrx 1920 1080 \
+  "$(wall Left PowerWatts:101 HalfColumns:1001 ExcludeBoxes:65537 CircuitAmps:4 PowerPattern:0)" \
+  "$(record 2 "$(printf 'Name:Picture\nOffsetX:0')")" \
+  "$(wall Tight PowerWatts:2000)" "$(wall Single PowerPhases:1 CircuitDerate:50 PowerVolts:230)"
+expect 0 "$BIN" power power.tsrx
+golden out.txt power.txt
+expect 0 "$BIN" power power.tsrx --json
+golden out.txt power.json
+expect 0 "$BIN" power power.tsrx --layer 3 --json
+contains out.txt '"name": "Single", "failed": false, "message": "", "capacity_watts": 1840'
+expect 2 "$BIN" power power.tsrx --layer 1
+
 # --- report -------------------------------------------------------------
 # The same project as a PDF: its text against the golden file, a page per
 # screen layer between the frame and the totals, the frame embedded as

@@ -63,6 +63,11 @@ TEST_F(power, EachControlWritesItsFieldAndNothingElse) {
         {"Phases", [&] { s->phases->setCurrentIndex(0); },
          [](boxes_layer& l) { l.PowerPhases = 1; }},
         {"Watts", [&] { type(s->watts, 300); }, [](boxes_layer& l) { l.PowerWatts = 300; }},
+        {"Circuit A", [&] { type(s->circuit_amps, 32); }, [](boxes_layer& l) { l.CircuitAmps = 32; }},
+        {"Derate", [&] { type(s->derate, 75); }, [](boxes_layer& l) { l.CircuitDerate = 75; }},
+        {"Power pattern", [&] { click(s->pattern->boxes[6]); },
+         [](boxes_layer& l) { l.PowerPattern = 6; }},
+        {"Power Path", [&] { click(s->power_path); }, [](boxes_layer& l) { l.DrawPowerPath = 1; }},
     });
 }
 

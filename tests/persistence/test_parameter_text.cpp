@@ -83,6 +83,10 @@ const read_case reads[] = {
     {"BoxColors_1", "ABCDEF", "0.003922 0.137255 0.270588 1.000000", "", "BoxColors"},
     {"BoxColors_1", "B54000", "0.082353 0.250980 0.000000 1.000000", "", "BoxColors"},
     {"BoxColors_2", "900C3F", "0.082353 0.250980 0.000000 1.000000", "", "BoxColors"},
+    // Keys beyond the design's are written only away from their defaults.
+    {"CircuitAmps", "20", "20"},
+    {"CircuitAmps", "16", ""},
+    {"PowerPattern", "-1", ""},
     {"BoxColors", "0 0 1 0",
      "0.082353 0.250980 0.000000 1.000000|0.000000 0.000000 1.000000 0.000000"},
 };

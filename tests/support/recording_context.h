@@ -106,6 +106,7 @@ class recording_context : public nano2d::context {
         add("fill_paint", p.image, p.x, p.y, p.width, p.height, p.angle, p.alpha);
     }
     void stroke_width(float w) override { add("stroke_width", w); }
+    void stroke_dash(float on, float off) override { add("stroke_dash", on, off); }
     void font_size(float s) override {
         m_font_size = s;
         add("font_size", s);

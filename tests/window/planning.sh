@@ -1,0 +1,70 @@
+#!/usr/bin/env bash
+# Planning the wall in the real tesserine under Xvfb: the Power palette's
+# circuit rating, chain pattern and power path, typed and clicked as a user
+# does; each change one undo step; the canvas draws the power path as the
+# command line renders it.
+# Usage: planning.sh PATH_TO_TESSERINE
+set -uo pipefail
+BIN="$(realpath "$1")"
+source "$(dirname "${BASH_SOURCE[0]}")/../../scripts/xvfb.bash"
+in_scratch_folder
+DEADLINE=120
+passed=0
+failed=0
+check() { # WHAT CMD...
+  local what="$1"
+  shift
+  if "$@"; then passed=$((passed + 1)); else echo "FAIL: $what" >&2; failed=$((failed + 1)); fi
+}
+# click PLACE KIND NAME [TEXT]: clicks the control; with TEXT, types it and Return.
+click() {
+  read -r X Y < <(control_at "$1" "$2" "$3") || give_up "no $2 $3 in $1"
+  echo "$3" >>events.log
+  xdotool mousemove "$X" "$Y" click 1
+  if [ $# -ge 4 ]; then xdotool key ctrl+a type --delay 5 -- "$4" && xdotool key Return; fi
+}
+# save_as KEYS FILE: the command of KEYS answered with FILE; waits for it.
+save_as() {
+  rm -f "$2"
+  xdotool windowfocus --sync "$WID" 2>/dev/null
+  xdotool key "$1"
+  wait_for "the save dialog" "$DEADLINE" has_window "^Save As" || return 1
+  xdotool windowfocus --sync "$(window_id "^Save As")" 2>/dev/null
+  xdotool type --delay 5 "$WORK/$2" && xdotool key Return
+  wait_for "$2" "$DEADLINE" test -s "$2"
+}
+# power_is FILE TEXT: the power plan's text form holds TEXT.
+power_is() { "$BIN" power "$1" 2>/dev/null | grep -qF -- "$2"; }
+
+start_display 1920x1080 || exit 1
+start_mapped "$BIN"
+
+# 40 cabinets of 200 W on 10 A circuits (880 W): four a circuit, in rows
+# from the top left (pattern 1), drawn on the map.
+click "palette:Power" field CircuitAmps 10
+click "palette:Power" check PowerPatternCheckbox0
+click "palette:Power" check PowerPath
+check "saved" save_as ctrl+s power.tsrx
+check "10 A circuits of four cabinets" power_is power.tsrx '  circuit 10 L1 (4,4)-(7,4) 4 cabinets 800 W'
+# Each change was one step: three undos give the defaults back.
+xdotool windowfocus --sync "$WID" 2>/dev/null
+xdotool key ctrl+z ctrl+z ctrl+z
+check "saved after undo" save_as ctrl+s undone.tsrx
+check "16 A circuits, the data pattern, no path" \
+  power_is undone.tsrx '  circuit 6 L3 (7,4)-(7,0) 5 cabinets 1000 W'
+check "no key beyond the defaults" [ -z "$(grep -E 'CircuitAmps|PowerPattern|DrawPowerPath' undone.tsrx)" ]
+
+# Opened again (reading a project switches the raster label on), the canvas
+# shows what the command line renders.
+xdotool windowfocus --sync "$WID" 2>/dev/null
+xdotool key ctrl+o
+wait_for "the open dialog" "$DEADLINE" has_window "^Open" &&
+  xdotool windowfocus --sync "$(window_id "^Open")" 2>/dev/null &&
+  xdotool type --delay 5 "$WORK/power.tsrx" && xdotool key Return
+check "opened" wait_for "the end of the open dialog" "$DEADLINE" eval '! has_window "^Open"'
+"$BIN" render power.tsrx -o expected.png 2>/dev/null
+check "exported" save_as alt+s frame.png
+check "the canvas's frame is the command line's" wait_for "the PNG" "$DEADLINE" cmp -s frame.png expected.png
+
+echo "planning: $passed passed, $failed failed"
+[ "$failed" -eq 0 ]
