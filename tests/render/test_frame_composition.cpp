@@ -211,6 +211,25 @@ TEST_F(composition, PaintWithNothingChangedDrawsNothing) {
     EXPECT_TRUE(global.get_save_to_file_requested_info().empty());
 }
 
+// A one-off render keeps no layer frame: each is built, stacked and let go,
+// the frame and the PSD are those of a paint that keeps them, and a later
+// save with nothing changed builds them again.
+TEST_F(composition, WithoutKeptFramesTheSameFrameAndNoLayerFrameStays) {
+    paper(300, 200);
+    cabinets(2, 1, 64, 10, 10);
+    cabinets(2, 2, 50, 40, 30);
+    ASSERT_TRUE(save(path("kept.psd")));
+    const image kept = frame().copy();
+    global.keep_layer_frames = false;
+    for (const char* name : {"lean.psd", "again.psd"}) {
+        ASSERT_TRUE(save(path(name)));
+        EXPECT_EQ(frame(), kept);
+        EXPECT_EQ(read_file(path(name)), read_file(path("kept.psd")));
+        for (const auto& layer : global.current_project()->layers)
+            EXPECT_FALSE(layer->get_offscreen());
+    }
+}
+
 TEST_F(composition, ALayerOrRasterTooLargeStopsThePassAndKeepsTheSaveRequest) {
     const std::string out = path("frame.png");
     paper(300, 200);
@@ -316,7 +335,10 @@ TEST_F(composition, TgaIsUncompressed32BitWithAlphaByteForByte) {
                            qRgba(7, 8, 9, 255), qRgba(0, 0, 0, 0),   qRgba(10, 11, 12, 255)};
     for (int i = 0; i < 6; ++i)
         img.setPixel(i % 3, i / 3, pixels[i]);
-    EXPECT_TRUE(matches_golden(encode_tga(img.convertToFormat(image_format)), "three_by_two.tga"));
+    const std::string tga = path("three_by_two.tga");
+    ASSERT_TRUE(write_frame_image(img.convertToFormat(image_format), frame_file_kind::tga, true,
+                                  tga, nullptr));
+    EXPECT_TRUE(matches_golden(read_file(tga), "three_by_two.tga"));
 
     // Written through a paint, it reads back with our own loader; the black
     // background is for PNG only.
