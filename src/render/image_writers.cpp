@@ -59,47 +59,87 @@ QImage over_black(const image& img) {
     return flat;
 }
 
+// Little-endian fields of the TGA and BMP headers.
 void put16(unsigned char* out, unsigned v) {
     out[0] = (unsigned char)(v & 0xFF);
     out[1] = (unsigned char)((v >> 8) & 0xFF);
 }
+void put32(unsigned char* out, std::uint32_t v) {
+    put16(out, v & 0xFFFF);
+    put16(out + 2, v >> 16);
+}
 
-// Rows bottom first, each made straight ARGB32 with a band of rows around
-// it, so that colours come out as Qt un-premultiplies them elsewhere.
+// Each row of img, bottom first (the origin every reader of TGA and BMP
+// knows), made straight ARGB32 a band of rows at a time, so that colours come
+// out as Qt un-premultiplies them elsewhere.
+template <class Row> void rows_bottom_first(const image& img, save_stream& out, Row row) {
+    constexpr int band = 64;
+    for (int bottom = img.height(); bottom > 0 && out.good(); bottom -= band) {
+        const int rows = std::min(band, bottom), top = bottom - rows;
+        const QImage part =
+            QImage(img.constScanLine(top), img.width(), rows, img.bytesPerLine(), img.format())
+                .convertToFormat(QImage::Format_ARGB32);
+        for (int y = rows - 1; y >= 0; --y)
+            row(reinterpret_cast<const QRgb*>(part.constScanLine(y)));
+    }
+}
+
+// Uncompressed 32 bits, B G R A, with the TGA 2.0 footer.
 bool write_tga(const image& img, save_stream& out) {
-    const int w = img.width(), h = img.height();
+    const int w = img.width();
     unsigned char header[18] = {};
     header[2] = 2; // uncompressed true colour
     put16(header + 12, unsigned(w));
-    put16(header + 14, unsigned(h));
+    put16(header + 14, unsigned(img.height()));
     header[16] = 32;   // bits per pixel
     header[17] = 0x08; // 8 alpha bits, bottom-left origin
     out.write(header, sizeof header);
-    const std::size_t row = std::size_t(w) * 4;
-    std::vector<unsigned char> swapped(Q_BYTE_ORDER == Q_LITTLE_ENDIAN ? 0 : row);
-    constexpr int band = 64;
-    for (int bottom = h; bottom > 0 && out.good(); bottom -= band) {
-        const int rows = std::min(band, bottom), top = bottom - rows;
-        const QImage part =
-            QImage(img.constScanLine(top), w, rows, img.bytesPerLine(), img.format())
-                .convertToFormat(QImage::Format_ARGB32);
-        for (int y = rows - 1; y >= 0; --y) {
-            const auto* src = reinterpret_cast<const QRgb*>(part.constScanLine(y));
-            if constexpr (Q_BYTE_ORDER == Q_LITTLE_ENDIAN) {
-                // 0xAARRGGBB in memory is B, G, R, A: the TGA order already.
-                out.write(src, row);
-            } else {
-                for (int x = 0; x < w; ++x) {
-                    swapped[4 * x] = (unsigned char)qBlue(src[x]);
-                    swapped[4 * x + 1] = (unsigned char)qGreen(src[x]);
-                    swapped[4 * x + 2] = (unsigned char)qRed(src[x]);
-                    swapped[4 * x + 3] = (unsigned char)qAlpha(src[x]);
-                }
-                out.write(swapped.data(), row);
-            }
+    std::vector<unsigned char> bytes(std::size_t(w) * 4);
+    rows_bottom_first(img, out, [&](const QRgb* src) {
+        for (int x = 0; x < w; ++x) {
+            unsigned char* b = &bytes[std::size_t(x) * 4];
+            b[0] = (unsigned char)qBlue(src[x]);
+            b[1] = (unsigned char)qGreen(src[x]);
+            b[2] = (unsigned char)qRed(src[x]);
+            b[3] = (unsigned char)qAlpha(src[x]);
         }
-    }
+        out.write(bytes.data(), bytes.size());
+    });
     out.write(tga_footer, sizeof tga_footer);
+    return true;
+}
+
+// 24 bits, B G R, rows padded to four bytes, the resolution of the image
+// (72 dpi when it has none): the file Qt's writer makes of a frame, which it
+// makes from a whole straight copy of it.
+bool write_bmp(const image& img, save_stream& out) {
+    const int w = img.width(), h = img.height();
+    const std::size_t row = (std::size_t(w) * 3 + 3) / 4 * 4;
+    const std::uint64_t pixels = std::uint64_t(row) * std::uint64_t(h);
+    if (pixels + 54 > 0xFFFFFFFFu) return false;
+    unsigned char header[54] = {'B', 'M'};
+    put32(header + 2, std::uint32_t(54 + pixels));
+    put32(header + 10, 54); // where the pixels start
+    put32(header + 14, 40); // the size of the info header
+    put32(header + 18, std::uint32_t(w));
+    put32(header + 22, std::uint32_t(h));
+    put16(header + 26, 1);  // planes
+    put16(header + 28, 24); // bits per pixel
+    put32(header + 34, std::uint32_t(pixels));
+    const auto per_metre = [](int d) { return std::uint32_t(d > 0 ? d : 2834); };
+    put32(header + 38, per_metre(img.dotsPerMeterX()));
+    put32(header + 42, per_metre(img.dotsPerMeterY()));
+    out.write(header, sizeof header);
+    std::vector<unsigned char> bytes(row, 0);
+    rows_bottom_first(img, out, [&](const QRgb* src) {
+        for (int x = 0; x < w; ++x) {
+            unsigned char* b = &bytes[std::size_t(x) * 3];
+            b[0] = (unsigned char)qBlue(src[x]);
+            b[1] = (unsigned char)qGreen(src[x]);
+            b[2] = (unsigned char)qRed(src[x]);
+        }
+        out.write(bytes.data(), bytes.size());
+    });
     return true;
 }
 
@@ -126,7 +166,7 @@ bool write_frame_image(const image& img, frame_file_kind kind, bool black_backgr
         encoded = write_tga(img, out);
         break;
     case frame_file_kind::bmp:
-        encoded = write_with_qt(img, "bmp", -1, out);
+        encoded = write_bmp(img, out);
         break;
     case frame_file_kind::jpg:
         encoded = write_with_qt(img, "jpg", 90, out);

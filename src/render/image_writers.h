@@ -23,8 +23,8 @@ constexpr char tga_footer[26] = {0,   0,   0,   0,   0,   0,   0,   0,   'T', 'R
 // go to the disk: no second copy of the picture is made. TGA: uncompressed
 // 32 bits with straight alpha, rows bottom first (the origin every reader
 // knows), and the TGA 2.0 footer. PNG: keeping transparency, or over opaque
-// black when black_background. BMP, and JPG at quality 90, as Qt writes
-// them. False, with error filled, when nothing could be written; any old
+// black when black_background. BMP: 24 bits, as Qt writes it. JPG: at
+// quality 90, by Qt. False, with error filled, when nothing could be written; any old
 // file stays whole.
 bool write_frame_image(const image& img, frame_file_kind kind, bool black_background,
                        const std::string& path, std::string* error);
