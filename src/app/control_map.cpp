@@ -14,8 +14,10 @@
 #include <QFileInfo>
 #include <QLabel>
 #include <QLineEdit>
+#include <QScreen>
 #include <QTimer>
 
+#include <cmath>
 #include <string>
 
 namespace Vantora_TesserinePro {
@@ -55,6 +57,19 @@ std::string name_of(const QWidget* w) {
     return name.simplified().toStdString();
 }
 
+// A logical point of the screen in the screen's own pixels, which are what
+// an outside driver clicks: at a display scale a logical pixel covers
+// several, and the middle one of them is taken. A screen's top left corner
+// is the same in both.
+QPoint screen_pixel(const QWidget* w, const QPoint& global) {
+    const QScreen* screen = w->screen();
+    if (!screen) return global;
+    const qreal scale = screen->devicePixelRatio();
+    const QPoint origin = screen->geometry().topLeft();
+    const QPointF middle = (QPointF(global - origin) + QPointF(0.5, 0.5)) * scale;
+    return origin + QPoint(int(std::floor(middle.x())), int(std::floor(middle.y())));
+}
+
 // A point of the screen where a click reaches w (or a child of it).
 bool reachable_point(QWidget* w, QPoint& at) {
     QList<QPoint> tries{w->rect().center()};
@@ -64,7 +79,7 @@ bool reachable_point(QWidget* w, QPoint& at) {
         const QPoint global = w->mapToGlobal(local);
         const QWidget* hit = QApplication::widgetAt(global);
         if (hit && (hit == w || w->isAncestorOf(hit))) {
-            at = global;
+            at = screen_pixel(w, global);
             return true;
         }
     }

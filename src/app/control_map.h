@@ -6,7 +6,8 @@
 //   PLACE<TAB>KIND<TAB>X<TAB>Y<TAB>NAME
 // PLACE is "top", "menu", "submenu", "list", "palette:TITLE" or "other";
 // KIND is "button", "check", "field" or "entry"; X and Y are a point of
-// the screen where a click lands on the control. A last line "modal<TAB>
+// the screen, in the screen's own pixels at any display scale, where a
+// click lands on the control. A last line "modal<TAB>
 // TITLE" tells an open dialog or popup. Writing the file also shows that
 // the event loop still answers.
 

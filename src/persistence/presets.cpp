@@ -58,8 +58,8 @@ void Global::keep_damaged_presets_file(const file::path& saved, const read_repor
     const QString stamp = QDateTime::currentDateTime().toString("yyyyMMdd-HHmmss");
     QString copy = QString::fromStdString(saved.string()) + ".damaged-" + stamp;
     for (int n = 2; QFileInfo::exists(copy); ++n)
-        copy = QString::fromStdString(saved.string()) + ".damaged-" + stamp + "-" +
-               QString::number(n);
+        copy =
+            QString::fromStdString(saved.string()) + ".damaged-" + stamp + "-" + QString::number(n);
     std::string where;
     if (report.has(file_problem::kind::unreadable)) {
         // Never opened: it may be a FIFO or a device, or too large to copy.
@@ -74,8 +74,8 @@ void Global::keep_damaged_presets_file(const file::path& saved, const read_repor
     for (const std::string& line : report.lines())
         problems += "\u2022 " + line + "\n";
     host().show_warning("Damaged Preset List",
-                        "The saved preset list " + saved.string() + " is damaged:\n\n" +
-                            problems + "\n" + where + "\n\n" +
+                        "The saved preset list " + saved.string() + " is damaged:\n\n" + problems +
+                            "\n" + where + "\n\n" +
                             (presets.empty() ? std::string("Nothing could be read from it: the "
                                                            "built-in presets are used.")
                                              : "The " + std::to_string(presets.size()) +
@@ -97,7 +97,10 @@ void Global::load_default_layers() {
 
     new_boxes_layer();
 
-    const string logo = read_full_file_as_text(folder_to_save_data() / "logo.data");
+    // No logo saved yet is no fault, and says nothing.
+    const file::path logo_file = folder_to_save_data() / "logo.data";
+    if (!QFileInfo::exists(QString::fromStdString(logo_file.string()))) return;
+    const string logo = read_full_file_as_text(logo_file);
     pointer_array<app_layer> layers = create_layers_from_string(logo, project_magic_and_version);
     if (!layers.empty()) {
         // A logo file of the older framing reads as two alike layers; the
