@@ -1,7 +1,7 @@
 #include "export/psd_saver.h"
 
-#include "core/save_stream.h"
 #include "document/app_layer.h"
+#include "core/save_stream.h"
 
 #include <algorithm>
 #include <cstdlib>

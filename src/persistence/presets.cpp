@@ -58,8 +58,8 @@ void Global::keep_damaged_presets_file(const file::path& saved, const read_repor
     const QString stamp = QDateTime::currentDateTime().toString("yyyyMMdd-HHmmss");
     QString copy = QString::fromStdString(saved.string()) + ".damaged-" + stamp;
     for (int n = 2; QFileInfo::exists(copy); ++n)
-        copy =
-            QString::fromStdString(saved.string()) + ".damaged-" + stamp + "-" + QString::number(n);
+        copy = QString::fromStdString(saved.string()) + ".damaged-" + stamp + "-" +
+               QString::number(n);
     std::string where;
     if (report.has(file_problem::kind::unreadable)) {
         // Never opened: it may be a FIFO or a device, or too large to copy.
@@ -74,8 +74,8 @@ void Global::keep_damaged_presets_file(const file::path& saved, const read_repor
     for (const std::string& line : report.lines())
         problems += "\u2022 " + line + "\n";
     host().show_warning("Damaged Preset List",
-                        "The saved preset list " + saved.string() + " is damaged:\n\n" + problems +
-                            "\n" + where + "\n\n" +
+                        "The saved preset list " + saved.string() + " is damaged:\n\n" +
+                            problems + "\n" + where + "\n\n" +
                             (presets.empty() ? std::string("Nothing could be read from it: the "
                                                            "built-in presets are used.")
                                              : "The " + std::to_string(presets.size()) +

@@ -228,8 +228,8 @@ void Global::write_frame_file(const file::path& request, frame_file_kind kind, P
         // PSD channels carry colours as drawn: straight alpha, top row first.
         m_last_save_ok = psd->savePSD(frame, request);
         if (!m_last_save_ok)
-            m_last_write_error =
-                psd->last_error().empty() ? "the PSD file could not be written" : psd->last_error();
+            m_last_write_error = psd->last_error().empty() ? "the PSD file could not be written"
+                                                           : psd->last_error();
     } else if (kind == frame_file_kind::none) {
         m_last_save_ok = false;
         m_last_write_error =
