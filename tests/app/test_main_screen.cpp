@@ -325,7 +325,8 @@ TEST_F(screen_test, RecentProjectsDropsAndLastFolders) {
     picture.fill(Qt::red);
     ASSERT_TRUE(picture.save(dir + "/red.webp") || picture.save(dir + "/red.png"));
     const QString red = QFile::exists(dir + "/red.webp") ? dir + "/red.webp" : dir + "/red.png";
-    const QPoint at = canvas->get_pan() + QPoint(100, 60) * canvas->get_effective_zoom();
+    canvas->actual_size(); // a point of the canvas is then one of the raster
+    const QPoint at = canvas->get_pan() + QPoint(100, 60);
     EXPECT_FALSE(drop_file(*screen, red, nullptr));
     EXPECT_TRUE(drop_file(*screen, red, &at));
     ASSERT_EQ(global->get_layers_count(), 2);

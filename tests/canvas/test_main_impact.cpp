@@ -1,6 +1,7 @@
 // The canvas: the frame at pan and zoom, the hit tests, the editing marks,
 // and the paint as the one place where frames are built.
 
+#include "canvas/view_fit.h"
 #include "core/keys.h"
 #include "panels/look.h"
 #include "panels/right_panel.h"
@@ -21,6 +22,7 @@ struct canvas_test : window_test {
         window_test::SetUp();
         start();
         window->resize(1400, 900);
+        canvas->actual_size(); // points below are at zoom 1 and the starting pan
         layer = global->current_boxes_layer();
     }
     void wheel(int notches) {
@@ -221,4 +223,33 @@ TEST_F(canvas_test, APaintNeverStartsAnotherAndWhatTheBuildAsksWaits) {
     QMetaObject::invokeMethod(qApp, [&] { flushed = true; }, Qt::QueuedConnection);
     ASSERT_TRUE(wait_until([&] { return flushed; }));
     EXPECT_EQ(screen->findChildren<QMessageBox*>("error").size(), 1); // not twice
+}
+
+TEST(view_fit, TheRasterGoesWhereItShowsLargestClearOfWhatCovers) {
+    const QRect canvas(0, 0, 1000, 600);
+    const QSize wall(1920, 1080), small(100, 50);
+    const struct {
+        std::vector<QRect> covered;
+        QSize raster;
+        QRect part;
+    } cases[] = {
+        {{}, wall, canvas},
+        // A palette on the left and the lists on the right.
+        {{{0, 0, 300, 600}, {900, 0, 100, 600}}, wall, {300, 0, 600, 600}},
+        // Below a wide palette is wider than beside it: the wall shows larger.
+        {{{0, 0, 600, 250}}, wall, {0, 250, 1000, 350}},
+        // Both sides show a small raster at 1: the larger wins.
+        {{{300, 0, 100, 600}}, small, {400, 0, 600, 600}},
+        // Nothing of 100 pixels a side is left.
+        {{{0, 0, 1000, 550}}, wall, {}},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(view_fit::largest_free_part(canvas, c.covered, c.raster), c.part)
+            << c.covered.size() << " covered";
+    // Centred within the margin, never above 1.
+    const view_fit::view fitted = view_fit::fitted({300, 0, 600, 600}, wall);
+    EXPECT_FLOAT_EQ(fitted.zoom, 580.0f / 1920.0f);
+    EXPECT_EQ(fitted.pan, QPoint(310, 137));
+    EXPECT_EQ(view_fit::fitted({300, 0, 600, 600}, small).zoom, 1.0f);
+    EXPECT_EQ(view_fit::fitted({300, 0, 600, 600}, small).pan, QPoint(550, 275));
 }
