@@ -5,6 +5,7 @@
 #include "app/recent_files.h"
 #include "app/recovery_controller.h"
 #include "app/settings_file.h"
+#include "app/start_steps.h"
 #include "app/undo_controller.h"
 #include "canvas/live_output.h"
 #include "canvas/main_impact.h"
@@ -199,6 +200,12 @@ void MainScreen::create_main_screen() {
     qApp->installEventFilter(this);
     m_undo = new UndoController(this, *workspace);
     m_recovery = new RecoveryController(this, *workspace, *m_undo);
+    // The preset list, a row and a picture for each of a hundred presets,
+    // fills once the window shows.
+    start_steps::after_first_paint(window(), [this] {
+        m_presets_shown = true;
+        m_right_panel->syncFromGlobalPresets();
+    });
     show();
 }
 
@@ -324,7 +331,7 @@ void MainScreen::perform_layout() {
     if (lists_need_sync && m_right_panel) {
         lists_need_sync = false;
         m_right_panel->syncFromGlobalLayers();
-        m_right_panel->syncFromGlobalPresets();
+        if (m_presets_shown) m_right_panel->syncFromGlobalPresets();
     }
     in_layout = false;
 }

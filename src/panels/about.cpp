@@ -16,9 +16,8 @@ About::About(QWidget* parent, Global* global) : SettingsBaseWindow(parent, globa
     auto* column = new QVBoxLayout(body());
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(5);
-    auto* logo = new W_Image(body(), 456, 256);
-    logo->set_image(logo_picture(456, 256));
-    column->addWidget(logo);
+    m_logo = new W_Image(body(), 456, 256);
+    column->addWidget(m_logo);
     const auto line = [&](const QString& text) {
         QLabel* label = make_caption(body(), text);
         label->setContentsMargins(8, 0, 8, 0);
@@ -35,6 +34,11 @@ About::About(QWidget* parent, Global* global) : SettingsBaseWindow(parent, globa
     layout()->setSizeConstraint(QLayout::SetFixedSize);
     // Not in the layout file: it closes at every refresh of the palettes.
     set_stored_visible(false);
+}
+
+void About::showEvent(QShowEvent* event) {
+    if (m_logo->image().isNull()) m_logo->set_image(logo_picture(456, 256));
+    SettingsBaseWindow::showEvent(event);
 }
 
 } // namespace Vantora_TesserinePro

@@ -5,9 +5,18 @@
 
 namespace Vantora_TesserinePro {
 
+class W_Image;
+
 class About : public SettingsBaseWindow {
   public:
     About(QWidget* parent, Global* global);
+
+  protected:
+    // The logo is drawn when the box first shows, not at every start.
+    void showEvent(QShowEvent* event) override;
+
+  private:
+    W_Image* m_logo;
 };
 
 } // namespace Vantora_TesserinePro

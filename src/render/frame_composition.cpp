@@ -2,6 +2,7 @@
 // composite, put the raster label on top and write a requested image file.
 
 #include "core/diagnostics.h"
+#include "core/large_allocator.h"
 #include "document/boxes_layer.h"
 #include "document/global.h"
 #include "export/psd_saver.h"
@@ -130,7 +131,7 @@ bool Global::fit_composite_to_raster() {
     if (!composite_image || composite_image->isNull() || composite_image->width() != W ||
         composite_image->height() != H) {
         image fresh;
-        if (image_size_allowed(W, H)) fresh = image(W, H, image_format);
+        if (image_size_allowed(W, H)) fresh = new_drawing_target(W, H);
         if (fresh.isNull()) {
             show_error("Offscreen allocated nullptr.");
             return false;
