@@ -200,8 +200,14 @@ void MainScreen::create_main_screen() {
     qApp->installEventFilter(this);
     m_undo = new UndoController(this, *workspace);
     m_recovery = new RecoveryController(this, *workspace, *m_undo);
-    // The preset list, a row and a picture for each of a hundred presets,
-    // fills once the window shows.
+    // Once the window shows: the menu's drop-downs, with the Edit entries
+    // named, and the preset list, a row and a picture for each of a hundred
+    // presets.
+    start_steps::after_first_paint(window(), [this] {
+        for (std::size_t i = 0; i < m_top_menu->section_texts().size(); ++i)
+            m_top_menu->createSubmenu((long long)i);
+        m_undo->update_window();
+    });
     start_steps::after_first_paint(window(), [this] {
         m_presets_shown = true;
         m_right_panel->syncFromGlobalPresets();

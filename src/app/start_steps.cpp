@@ -31,6 +31,7 @@ class first_paint : public QObject {
         setObjectName(name);
         qApp->installEventFilter(this);
     }
+    bool waiting() const { return !m_waiting.empty(); }
     void add(std::function<void()> work) {
         m_waiting.push_back(std::move(work));
         if (m_painted && m_waiting.size() == 1) next();
@@ -74,11 +75,22 @@ class first_paint : public QObject {
 
 } // namespace
 
-void after_first_paint(QWidget* window, std::function<void()> work) {
-    auto* watch = static_cast<first_paint*>(
+namespace {
+first_paint* watch_of(QWidget* window) {
+    return static_cast<first_paint*>(
         window->findChild<QObject*>(first_paint::name, Qt::FindDirectChildrenOnly));
+}
+} // namespace
+
+void after_first_paint(QWidget* window, std::function<void()> work) {
+    first_paint* watch = watch_of(window);
     if (!watch) watch = new first_paint(window);
     watch->add(std::move(work));
+}
+
+bool waiting(QWidget* window) {
+    const first_paint* watch = watch_of(window);
+    return watch && watch->waiting();
 }
 
 } // namespace Vantora_TesserinePro::start_steps

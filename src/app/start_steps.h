@@ -19,5 +19,7 @@ void trace(const char* step);
 // event loop so that the window answers between them; once the window has
 // painted, at the next turn. The last piece done is traced as "settled".
 void after_first_paint(QWidget* window, std::function<void()> work);
+// Whether work for after window's first paint is still waiting.
+bool waiting(QWidget* window);
 
 } // namespace Vantora_TesserinePro::start_steps

@@ -21,8 +21,8 @@ About::About(QWidget* parent, Global* global) : SettingsBaseWindow(parent, globa
     const auto line = [&](const QString& text) {
         QLabel* label = make_caption(body(), text);
         label->setContentsMargins(8, 0, 8, 0);
-        label->setTextInteractionFlags(Qt::TextSelectableByMouse);
         column->addWidget(label);
+        m_lines.push_back(label);
         return label;
     };
     line("Version " TESSERINE_VERSION);
@@ -37,7 +37,12 @@ About::About(QWidget* parent, Global* global) : SettingsBaseWindow(parent, globa
 }
 
 void About::showEvent(QShowEvent* event) {
-    if (m_logo->image().isNull()) m_logo->set_image(logo_picture(456, 256));
+    // Text that can be selected is a small document each: made when needed.
+    if (m_logo->image().isNull()) {
+        m_logo->set_image(logo_picture(456, 256));
+        for (QLabel* label : m_lines)
+            label->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    }
     SettingsBaseWindow::showEvent(event);
 }
 

@@ -3,6 +3,10 @@
 
 #include "panels/settings_base_window.h"
 
+#include <vector>
+
+class QLabel;
+
 namespace Vantora_TesserinePro {
 
 class W_Image;
@@ -17,6 +21,7 @@ class About : public SettingsBaseWindow {
 
   private:
     W_Image* m_logo;
+    std::vector<QLabel*> m_lines;
 };
 
 } // namespace Vantora_TesserinePro
