@@ -200,9 +200,15 @@ void MainScreen::create_main_screen() {
     qApp->installEventFilter(this);
     m_undo = new UndoController(this, *workspace);
     m_recovery = new RecoveryController(this, *workspace, *m_undo);
-    // Once the window shows: the menu's drop-downs, with the Edit entries
-    // named, and the preset list, a row and a picture for each of a hundred
-    // presets.
+    // Once the window shows: the frame, the menu's drop-downs, with the Edit
+    // entries named, and the preset list, a row and a picture for each of a
+    // hundred presets.
+    m_main_impact->set_frame_held(true);
+    start_steps::after_first_paint(window(), [this] {
+        m_main_impact->set_frame_held(false);
+        m_main_impact->repaint();
+        start_steps::trace("frame-shown");
+    });
     start_steps::after_first_paint(window(), [this] {
         for (std::size_t i = 0; i < m_top_menu->section_texts().size(); ++i)
             m_top_menu->createSubmenu((long long)i);

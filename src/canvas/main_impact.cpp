@@ -130,8 +130,14 @@ void MainImpact::actual_size() {
 
 // ---------------------------------------------------------------- painting
 
+void MainImpact::set_frame_held(bool held) {
+    m_frame_held = held;
+    update();
+}
+
 void MainImpact::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
+    if (m_frame_held) return painter.fillRect(event->rect(), look::screen_background);
     m_paint_rect = event->rect();
     // The live output draws in the monitor's own pixels, whatever the
     // display scale: one raster pixel on one device pixel.

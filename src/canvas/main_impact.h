@@ -64,6 +64,9 @@ class MainImpact : public QWidget {
     float clamped_zoom(float value) const;
     // Width the lists take on the right of the canvas.
     static constexpr int lists_width = 280;
+    // While held, a paint shows the background only: at a start the
+    // window shows first, and its frame a turn of the event loop later.
+    void set_frame_held(bool held);
     bool is_live_output() const { return live_output; }
     void set_live_output(bool value) { live_output = value; }
 
@@ -158,6 +161,7 @@ class MainImpact : public QWidget {
     bool pointer_inside() const { return pointer_position.x() != INT_MIN; }
 
     bool live_output = false;
+    bool m_frame_held = false;
     Global* workspace;
     float zoom = 1.0f;
     float effective_zoom = 1.0f;
