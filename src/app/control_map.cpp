@@ -57,17 +57,11 @@ std::string name_of(const QWidget* w) {
     return name.simplified().toStdString();
 }
 
-// A logical point of the screen in the screen's own pixels, which are what
-// an outside driver clicks: at a display scale a logical pixel covers
-// several, and the middle one of them is taken. A screen's top left corner
-// is the same in both.
-QPoint screen_pixel(const QWidget* w, const QPoint& global) {
+// A point of the widget's screen in that screen's own pixels.
+QPoint pixel_of_screen(const QWidget* w, const QPoint& global) {
     const QScreen* screen = w->screen();
     if (!screen) return global;
-    const qreal scale = screen->devicePixelRatio();
-    const QPoint origin = screen->geometry().topLeft();
-    const QPointF middle = (QPointF(global - origin) + QPointF(0.5, 0.5)) * scale;
-    return origin + QPoint(int(std::floor(middle.x())), int(std::floor(middle.y())));
+    return screen_pixel(global, screen->geometry().topLeft(), screen->devicePixelRatio());
 }
 
 // A point of the screen where a click reaches w (or a child of it).
@@ -79,7 +73,7 @@ bool reachable_point(QWidget* w, QPoint& at) {
         const QPoint global = w->mapToGlobal(local);
         const QWidget* hit = QApplication::widgetAt(global);
         if (hit && (hit == w || w->isAncestorOf(hit))) {
-            at = screen_pixel(w, global);
+            at = pixel_of_screen(w, global);
             return true;
         }
     }
@@ -105,6 +99,11 @@ std::string control_lines() {
 }
 
 } // namespace
+
+QPoint screen_pixel(QPoint logical, QPoint screen_origin, qreal scale) {
+    const QPointF middle = (QPointF(logical - screen_origin) + QPointF(0.5, 0.5)) * scale;
+    return screen_origin + QPoint(int(std::floor(middle.x())), int(std::floor(middle.y())));
+}
 
 void start_control_map(QObject* owner) {
     const QString file = qEnvironmentVariable("TESSERINE_CONTROL_MAP");

@@ -11,10 +11,17 @@
 // TITLE" tells an open dialog or popup. Writing the file also shows that
 // the event loop still answers.
 
+#include <QPoint>
+
 class QObject;
 
 namespace Vantora_TesserinePro {
 
 void start_control_map(QObject* owner);
+
+// The pixel of the screen that a logical point of it lands on at a display
+// scale: the middle one of those its logical pixel covers. A screen's top
+// left corner is the same in both.
+QPoint screen_pixel(QPoint logical, QPoint screen_origin, qreal scale);
 
 } // namespace Vantora_TesserinePro

@@ -2,6 +2,7 @@
 // palettes by layer type and the keys; the recent projects, file drops and
 // the folders the dialogs remember.
 
+#include "app/control_map.h"
 #include "app/recent_files.h"
 #include "app/settings_file.h"
 #include "core/keys.h"
@@ -350,4 +351,20 @@ TEST_F(screen_test, RecentProjectsDropsAndLastFolders) {
         ASSERT_TRUE(wait_until([&] { return !screen->findChild<QFileDialog*>("open_dialog"); }));
     }
     EXPECT_EQ(again.projects().first(), in_show);
+}
+
+TEST(control_map, PointsAreInTheScreensOwnPixels) {
+    // The middle pixel of those a logical pixel covers, from the screen's
+    // corner, which both share.
+    const struct {
+        QPoint logical, origin;
+        qreal scale;
+        QPoint pixel;
+    } cases[] = {
+        {{10, 20}, {0, 0}, 1.0, {10, 20}},        {{10, 20}, {0, 0}, 2.0, {21, 41}},
+        {{10, 20}, {0, 0}, 1.5, {15, 30}},        {{11, 0}, {0, 0}, 1.5, {17, 0}},
+        {{1930, 20}, {1920, 0}, 2.0, {1941, 41}},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(screen_pixel(c.logical, c.origin, c.scale), c.pixel) << c.scale;
 }

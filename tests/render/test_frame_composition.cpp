@@ -8,7 +8,9 @@
 #include "support/recording_context.h"
 #include "support/workspace_fixtures.h"
 
+#include <QBuffer>
 #include <QFile>
+#include <QImageWriter>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -327,7 +329,7 @@ TEST_F(composition, PngIsDrawnOverBlackAndTheCompositeStaysClear) {
     EXPECT_EQ(at({{200, 100}}), "clear");
 }
 
-TEST_F(composition, TgaIsUncompressed32BitWithAlphaByteForByte) {
+TEST_F(composition, TgaAndBmpByteForByte) {
     // Bottom row first, B G R A, straight alpha (a fifth of 255 is exact
     // both ways).
     QImage img(3, 2, QImage::Format_ARGB32);
@@ -339,6 +341,16 @@ TEST_F(composition, TgaIsUncompressed32BitWithAlphaByteForByte) {
     ASSERT_TRUE(write_frame_image(img.convertToFormat(image_format), frame_file_kind::tga, true,
                                   tga, nullptr));
     EXPECT_TRUE(matches_golden(read_file(tga), "three_by_two.tga"));
+    // BMP, written a band of rows at a time, is the file Qt's writer makes
+    // (rows of three pixels padded to four bytes).
+    const std::string bmp = path("three_by_two.bmp");
+    ASSERT_TRUE(write_frame_image(img.convertToFormat(image_format), frame_file_kind::bmp, true,
+                                  bmp, nullptr));
+    QByteArray by_qt;
+    QBuffer buffer(&by_qt);
+    buffer.open(QIODevice::WriteOnly);
+    ASSERT_TRUE(QImageWriter(&buffer, "bmp").write(img.convertToFormat(image_format)));
+    EXPECT_EQ(read_file(bmp), by_qt.toStdString());
 
     // Written through a paint, it reads back with our own loader; the black
     // background is for PNG only.
