@@ -70,17 +70,29 @@ void put32(unsigned char* out, std::uint32_t v) {
 }
 
 // Each row of img, bottom first (the origin every reader of TGA and BMP
-// knows), made straight ARGB32 a band of rows at a time, so that colours come
-// out as Qt un-premultiplies them elsewhere.
-template <class Row> void rows_bottom_first(const image& img, save_stream& out, Row row) {
+// knows), as B G R bytes (and A with four channels) padded with zeros to
+// row_bytes. Made straight ARGB32 a band of rows at a time, so that colours
+// come out as Qt un-premultiplies them elsewhere.
+template <int Channels>
+void write_rows_bottom_first(const image& img, std::size_t row_bytes, save_stream& out) {
+    std::vector<unsigned char> bytes(row_bytes, 0);
     constexpr int band = 64;
     for (int bottom = img.height(); bottom > 0 && out.good(); bottom -= band) {
         const int rows = std::min(band, bottom), top = bottom - rows;
         const QImage part =
             QImage(img.constScanLine(top), img.width(), rows, img.bytesPerLine(), img.format())
                 .convertToFormat(QImage::Format_ARGB32);
-        for (int y = rows - 1; y >= 0; --y)
-            row(reinterpret_cast<const QRgb*>(part.constScanLine(y)));
+        for (int y = rows - 1; y >= 0; --y) {
+            const auto* src = reinterpret_cast<const QRgb*>(part.constScanLine(y));
+            for (int x = 0; x < img.width(); ++x) {
+                unsigned char* b = &bytes[std::size_t(x) * Channels];
+                b[0] = (unsigned char)qBlue(src[x]);
+                b[1] = (unsigned char)qGreen(src[x]);
+                b[2] = (unsigned char)qRed(src[x]);
+                if constexpr (Channels == 4) b[3] = (unsigned char)qAlpha(src[x]);
+            }
+            out.write(bytes.data(), bytes.size());
+        }
     }
 }
 
@@ -94,17 +106,7 @@ bool write_tga(const image& img, save_stream& out) {
     header[16] = 32;   // bits per pixel
     header[17] = 0x08; // 8 alpha bits, bottom-left origin
     out.write(header, sizeof header);
-    std::vector<unsigned char> bytes(std::size_t(w) * 4);
-    rows_bottom_first(img, out, [&](const QRgb* src) {
-        for (int x = 0; x < w; ++x) {
-            unsigned char* b = &bytes[std::size_t(x) * 4];
-            b[0] = (unsigned char)qBlue(src[x]);
-            b[1] = (unsigned char)qGreen(src[x]);
-            b[2] = (unsigned char)qRed(src[x]);
-            b[3] = (unsigned char)qAlpha(src[x]);
-        }
-        out.write(bytes.data(), bytes.size());
-    });
+    write_rows_bottom_first<4>(img, std::size_t(w) * 4, out);
     out.write(tga_footer, sizeof tga_footer);
     return true;
 }
@@ -130,16 +132,7 @@ bool write_bmp(const image& img, save_stream& out) {
     put32(header + 38, per_metre(img.dotsPerMeterX()));
     put32(header + 42, per_metre(img.dotsPerMeterY()));
     out.write(header, sizeof header);
-    std::vector<unsigned char> bytes(row, 0);
-    rows_bottom_first(img, out, [&](const QRgb* src) {
-        for (int x = 0; x < w; ++x) {
-            unsigned char* b = &bytes[std::size_t(x) * 3];
-            b[0] = (unsigned char)qBlue(src[x]);
-            b[1] = (unsigned char)qGreen(src[x]);
-            b[2] = (unsigned char)qRed(src[x]);
-        }
-        out.write(bytes.data(), bytes.size());
-    });
+    write_rows_bottom_first<3>(img, row, out);
     return true;
 }
 
