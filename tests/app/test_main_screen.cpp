@@ -356,15 +356,8 @@ TEST_F(screen_test, RecentProjectsDropsAndLastFolders) {
 TEST(control_map, PointsAreInTheScreensOwnPixels) {
     // The middle pixel of those a logical pixel covers, from the screen's
     // corner, which both share.
-    const struct {
-        QPoint logical, origin;
-        qreal scale;
-        QPoint pixel;
-    } cases[] = {
-        {{10, 20}, {0, 0}, 1.0, {10, 20}},        {{10, 20}, {0, 0}, 2.0, {21, 41}},
-        {{10, 20}, {0, 0}, 1.5, {15, 30}},        {{11, 0}, {0, 0}, 1.5, {17, 0}},
-        {{1930, 20}, {1920, 0}, 2.0, {1941, 41}},
-    };
-    for (const auto& c : cases)
-        EXPECT_EQ(screen_pixel(c.logical, c.origin, c.scale), c.pixel) << c.scale;
+    EXPECT_EQ(screen_pixel({10, 20}, {0, 0}, 1.0), QPoint(10, 20));
+    EXPECT_EQ(screen_pixel({10, 20}, {0, 0}, 2.0), QPoint(21, 41));
+    EXPECT_EQ(screen_pixel({11, 20}, {0, 0}, 1.5), QPoint(17, 30));
+    EXPECT_EQ(screen_pixel({1930, 20}, {1920, 0}, 2.0), QPoint(1941, 41));
 }
