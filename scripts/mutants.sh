@@ -42,8 +42,8 @@ MUTANTS=(
   "resolume-thirds|src/export/resolume_xml.cpp|s/(w + w) \/ 3.0f/(w + w + 1) \/ 3.0f/"
   "catalogue-text|src/persistence/catalogue.cpp|s/\"Name:P 2.9mm\"/\"Name:P 2.9 mm\"/"
   "default-grid-width|src/document/boxes_layer.cpp|s/GridWidth = 2;/GridWidth = 3;/"
-  "jpeg-quality|src/render/image_writers.cpp|s/bytes = encode_jpg(img, 90);/bytes = encode_jpg(img, 89);/"
-  "tga-bits|src/render/image_writers.cpp|s/out\[16\] = 32;/out[16] = 24;/"
+  "jpeg-quality|src/render/image_writers.cpp|s/\"jpg\", 90, out/\"jpg\", 89, out/"
+  "tga-bits|src/render/image_writers.cpp|s/header\[16\] = 32;/header[16] = 24;/"
   "info-infinity|src/cli/cmd_info.cpp|s/value > 0 ? \"\\\\\"inf\\\\\"\"/value < 0 ? \"\\\\\"inf\\\\\"\"/"
   "outline-extent|src/render/draw2d_context.cpp|s/const double w = double(width) + 1, h/const double w = double(width), h/"
   "text-centre|src/render/draw2d_context.cpp|s/left = x - advance \* 0.5f;/left = x - advance * 0.4f;/"
@@ -70,6 +70,16 @@ MUTANTS=(
   "power-path-centred|src/render/power_path_drawing.cpp|s/(b.x1 - b.x0) \* 0.75f/(b.x1 - b.x0) * 0.5f/"
   "power-label-unclamped|src/render/power_path_drawing.cpp|s/x += shift;/(void)shift;/"
   "power-amps-field|src/panels/settings_power.cpp|s/l.CircuitDerate = v;/l.CircuitAmps = v;/"
+  # Lean renders and writers: layer frames let go as stacked, rows written
+  # as they are encoded; PSD names in their Unicode block.
+  "render-keeps-layer-frames|src/render/frame_composition.cpp|s/if (build_each) layer->release_frame();//"
+  "render-stacks-unbuilt-layers|src/render/frame_composition.cpp|s/if (build_each \&\& !build_layer_frame(layer, frame)) return false;//"
+  "png-not-over-black|src/render/image_writers.cpp|s/black_background ? over_black(img) : img/img/"
+  "bmp-rows-unpadded|src/render/image_writers.cpp|s/(std::size_t(w) \* 3 + 3) \/ 4 \* 4/std::size_t(w) * 3/"
+  "psd-merged-premultiplied|src/export/psd_saver.cpp|s/: source.convertToFormat(QImage::Format_RGBA8888);/: source;/"
+  "psd-unicode-count|src/export/psd_saver.cpp|s/out.put_u32(std::uint32_t(unicode.size()));/out.put_u32(std::uint32_t(unicode.size() + 1));/"
+  "psd-unicode-unpadded|src/export/psd_saver.cpp|s/return (4 + 2 \* name.size() + 3) \/ 4 \* 4;/return 4 + 2 * name.size();/"
+  "missing-logo-read|src/persistence/presets.cpp|/logo_file.string()))) return;/d"
   # Undo: the oldest steps go first, a new step ends the redo list, a
   # rename is named by the old name, undo back to the save is clean.
   "history-drops-newest|src/document/history.cpp|s/m_undo.pop_front();/m_undo.pop_back();/"
@@ -121,6 +131,16 @@ MUTANTS=(
   "recovery-kept-on-save|src/app/main_screen.cpp|/if (m_undo) m_undo->record();/{n;s/if (m_recovery) m_recovery->discard();//}"
   "recovery-live-taken|src/persistence/recovery_files.cpp|s/if (!claim->tryLock(0)) continue;/claim->tryLock(0);/"
   "recovery-damaged-offered|src/app/recovery_controller.cpp|s/if (report.clean()) return ask(left);/if (!report.refused()) return ask(left);/"
+  # The control map in screen pixels; the first view fitted clear of the
+  # palettes, at most at 1, at the first paint and when a project opens;
+  # what waits for the first paint is done then.
+  "control-map-logical|src/app/control_map.cpp|s/\* scale;/* 1.0;/"
+  "fit-under-palettes|src/canvas/main_impact.cpp|s/if (w == this || w->isWindow() || !w->isVisibleTo(parent)) continue;/continue;/"
+  "fit-above-one|src/canvas/view_fit.cpp|s/std::min({1.0, w/std::min({2.0, w/"
+  "fit-not-at-first-paint|src/canvas/main_impact.h|s/m_fitted_opens = ~std::uint64_t(0);/m_fitted_opens = 0;/"
+  "fit-not-on-open|src/canvas/main_impact.cpp|s/if (!live_output \&\& m_fitted_opens != workspace->documents_opened) fit_view();//"
+  "frame-held-for-ever|src/app/main_screen.cpp|s/m_main_impact->set_frame_held(false);//"
+  "presets-never-listed|src/app/main_screen.cpp|s/m_presets_shown = true;//"
   "first-start-data-under-colors|src/app/palette_places.cpp|s/std::max(b.under(colors), b.under(power))/b.under(colors)/"
   "reach-without-grip|src/app/palette_places.cpp|s/const int held = std::min(grip, palette.width());/const int held = 0;/"
   "reach-not-after-drag|src/panels/settings_base_window.cpp|s/if (MainScreen\* screen = main_screen()) screen->keep_within_reach(this);//"

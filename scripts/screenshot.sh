@@ -55,7 +55,7 @@ stop_display() {
 settled() {
   shoot "$WORK/now.png" "$WID" || return 1
   local tint
-  tint="$(convert "$WORK/now.png" -fill black +opaque "rgb(149,184,184)" -format "%[fx:mean>0.02]" info:)"
+  tint="$(convert "$WORK/now.png" -fill black +opaque "rgb(149,184,184)" -format "%[fx:mean>0.003]" info:)"
   if [ "$tint" = 1 ] && [ -f "$WORK/shot.png" ] &&
     compare -metric AE "$WORK/now.png" "$WORK/shot.png" null: 2>/dev/null; then
     return 0
@@ -97,8 +97,12 @@ JSON
 cd "$WORK"
 export TESSERINE_CONTROL_MAP="$WORK/map.txt"
 start_program "$WORK/laid_out"
-# The canvas shows right of the Data palette once the first frame is in.
-canvas_painted() { shoot "$WORK/palettes.png" "$WID" && pixel_is "$WORK/palettes.png" 1000 400 "149,184,184"; }
+# The canvas shows the raster where the palettes leave room once the first
+# frame is in.
+canvas_painted() {
+  shoot "$WORK/palettes.png" "$WID" &&
+    [ "$(convert "$WORK/palettes.png" -fill black +opaque "rgb(149,184,184)" -format "%[fx:mean>0.003]" info:)" = 1 ]
+}
 wait_for "the first frame" 30 canvas_painted
 # About, from its menu; then dragged by its title bar from (300, 300) to
 # the free place under the Data palette.

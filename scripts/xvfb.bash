@@ -70,10 +70,12 @@ launch() {
     WID="$(window_id " - Tesserine Pro$")"
 }
 # first_frame: waits until the main window shows a new workspace's first
-# frame, cabinet (1, 1) of its wall at the canvas's pan below the top
-# panel; the last shot stays in window.png.
+# frame at Actual Size (Ctrl+Shift+0: the first view fits the raster where
+# the palettes leave room), cabinet (1, 1) of its wall at the starting pan
+# below the top panel; the last shot stays in window.png.
 first_frame() { wait_for "the first frame" "${DEADLINE:-120}" first_frame_shown; }
 first_frame_shown() {
+  xdotool key --window "$WID" ctrl+shift+0
   shoot window.png "$WID" && pixel_is window.png $((280 + 200)) $((70 + 200)) "63,127,127"
 }
 

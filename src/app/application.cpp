@@ -5,6 +5,7 @@
 #include "app/recent_files.h"
 #include "app/recovery_controller.h"
 #include "app/settings_file.h"
+#include "app/start_steps.h"
 #include "app/undo_controller.h"
 #include "canvas/live_output.h"
 #include "canvas/main_impact.h"
@@ -56,7 +57,6 @@ void application::init_instance() {
     }
     QGuiApplication::setApplicationDisplayName(application_title);
     QGuiApplication::setDesktopFileName(desktop_file_name);
-    QGuiApplication::setWindowIcon(icon());
     set_file_association();
 }
 
@@ -136,10 +136,15 @@ void application::on_request(const std::string& path) {
         main_window_pointer->create_main_window();
     }
     on_file_request(path);
-    // Work that a program which did not end normally left behind.
-    if (first)
+    if (!first) return;
+    // Once the window shows: the icon (six pictures to decode), and work
+    // that a program which did not end normally left behind.
+    start_steps::after_first_paint(main_window_pointer.get(),
+                                   [] { QGuiApplication::setWindowIcon(icon()); });
+    start_steps::after_first_paint(main_window_pointer.get(), [this] {
         if (RecoveryController* recovery = main_window_pointer->main_screen()->recovery())
             recovery->offer_left_behind();
+    });
 }
 
 void application::on_file_request(const std::string& path) {

@@ -14,8 +14,10 @@
 #include <QFileInfo>
 #include <QLabel>
 #include <QLineEdit>
+#include <QScreen>
 #include <QTimer>
 
+#include <cmath>
 #include <string>
 
 namespace Vantora_TesserinePro {
@@ -55,6 +57,13 @@ std::string name_of(const QWidget* w) {
     return name.simplified().toStdString();
 }
 
+// A point of the widget's screen in that screen's own pixels.
+QPoint pixel_of_screen(const QWidget* w, const QPoint& global) {
+    const QScreen* screen = w->screen();
+    if (!screen) return global;
+    return screen_pixel(global, screen->geometry().topLeft(), screen->devicePixelRatio());
+}
+
 // A point of the screen where a click reaches w (or a child of it).
 bool reachable_point(QWidget* w, QPoint& at) {
     QList<QPoint> tries{w->rect().center()};
@@ -64,7 +73,7 @@ bool reachable_point(QWidget* w, QPoint& at) {
         const QPoint global = w->mapToGlobal(local);
         const QWidget* hit = QApplication::widgetAt(global);
         if (hit && (hit == w || w->isAncestorOf(hit))) {
-            at = global;
+            at = pixel_of_screen(w, global);
             return true;
         }
     }
@@ -90,6 +99,11 @@ std::string control_lines() {
 }
 
 } // namespace
+
+QPoint screen_pixel(QPoint logical, QPoint screen_origin, qreal scale) {
+    const QPointF middle = (QPointF(logical - screen_origin) + QPointF(0.5, 0.5)) * scale;
+    return screen_origin + QPoint(int(std::floor(middle.x())), int(std::floor(middle.y())));
+}
 
 void start_control_map(QObject* owner) {
     const QString file = qEnvironmentVariable("TESSERINE_CONTROL_MAP");

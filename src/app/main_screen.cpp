@@ -5,6 +5,7 @@
 #include "app/recent_files.h"
 #include "app/recovery_controller.h"
 #include "app/settings_file.h"
+#include "app/start_steps.h"
 #include "app/undo_controller.h"
 #include "canvas/live_output.h"
 #include "canvas/main_impact.h"
@@ -199,6 +200,24 @@ void MainScreen::create_main_screen() {
     qApp->installEventFilter(this);
     m_undo = new UndoController(this, *workspace);
     m_recovery = new RecoveryController(this, *workspace, *m_undo);
+    // Once the window shows: the frame, the menu's drop-downs, with the Edit
+    // entries named, and the preset list, a row and a picture for each of a
+    // hundred presets.
+    m_main_impact->set_frame_held(true);
+    start_steps::after_first_paint(window(), [this] {
+        m_main_impact->set_frame_held(false);
+        m_main_impact->repaint();
+        start_steps::trace("frame-shown");
+    });
+    start_steps::after_first_paint(window(), [this] {
+        for (std::size_t i = 0; i < m_top_menu->section_texts().size(); ++i)
+            m_top_menu->createSubmenu((long long)i);
+        m_undo->update_window();
+    });
+    start_steps::after_first_paint(window(), [this] {
+        m_presets_shown = true;
+        m_right_panel->syncFromGlobalPresets();
+    });
     show();
 }
 
@@ -324,7 +343,7 @@ void MainScreen::perform_layout() {
     if (lists_need_sync && m_right_panel) {
         lists_need_sync = false;
         m_right_panel->syncFromGlobalLayers();
-        m_right_panel->syncFromGlobalPresets();
+        if (m_presets_shown) m_right_panel->syncFromGlobalPresets();
     }
     in_layout = false;
 }

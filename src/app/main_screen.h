@@ -184,6 +184,8 @@ class MainScreen : public QWidget, public workspace_host {
 
     QPoint m_last_click;
     std::atomic<bool> lists_need_sync{true};
+    // The preset list fills after the window's first paint.
+    bool m_presets_shown = false;
     bool in_layout = false;
     bool in_reload = false;
     bool m_layout_posted = false;

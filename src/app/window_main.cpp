@@ -2,6 +2,7 @@
 
 #include "app/application.h"
 #include "app/control_map.h"
+#include "app/start_steps.h"
 #include "panels/look.h"
 
 #include <QApplication>
@@ -65,6 +66,7 @@ void hold_message(QtMsgType type, const QMessageLogContext& context, const QStri
 } // namespace
 
 int run_window(int argc, char** argv, const std::string& file) {
+    start_steps::trace("main");
 #if defined(Q_OS_LINUX) || defined(Q_OS_FREEBSD)
     // With no platform named, Qt looks for a display in these.
     const auto unset = [](const char* name) { return qEnvironmentVariableIsEmpty(name); };
@@ -80,10 +82,12 @@ int run_window(int argc, char** argv, const std::string& file) {
     for (const auto& [type, message] : g_held)
         qt_message_output(type, QMessageLogContext(), message);
     g_held.clear();
+    start_steps::trace("qt");
     apply_window_look();
     application app;
     app.init_instance();
     app.on_request(file);
+    start_steps::trace("built");
     start_control_map(&qt);
     const int status = qt.exec();
     app.term_application();

@@ -1,6 +1,7 @@
 #include "canvas/main_impact.h"
 
 #include "canvas/live_output.h"
+#include "canvas/view_fit.h"
 #include "core/diagnostics.h"
 #include "core/keys.h"
 #include "document/boxes_layer.h"
@@ -86,31 +87,57 @@ float MainImpact::fit_zoom() const {
 }
 
 float MainImpact::clamped_zoom(float value) const {
-    return std::clamp(value, std::min(0.25f, fit_zoom()), 1.0f);
+    return std::clamp(value, std::min({0.25f, fit_zoom(), m_fit_zoom}), 1.0f);
 }
 
 void MainImpact::fit_raster() {
     if (live_output) return;
-    zoom = fit_zoom();
-    const double w = workspace->get_paper_width() * double(zoom);
-    const double h = workspace->get_paper_height() * double(zoom);
-    pan = QPoint(int(std::lround((width() - lists_width - w) / 2)),
-                 int(std::lround((height() - h) / 2)));
-    m_fitted = true;
+    fit_view();
     update();
 }
 
+std::vector<QRect> MainImpact::covered_parts() const {
+    std::vector<QRect> covered;
+    QWidget* parent = parentWidget();
+    if (!parent) return covered;
+    for (QWidget* w : parent->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly)) {
+        if (w == this || w->isWindow() || !w->isVisibleTo(parent)) continue;
+        const QRect part = w->geometry().translated(-pos()) & rect();
+        if (!part.isEmpty()) covered.push_back(part);
+    }
+    return covered;
+}
+
+void MainImpact::fit_view() {
+    const QSize raster(workspace->get_paper_width(), workspace->get_paper_height());
+    QRect room = view_fit::largest_free_part(rect(), covered_parts(), raster);
+    // No room between the palettes: the canvas beside the lists.
+    if (room.isEmpty()) room = QRect(0, 0, width() - lists_width, height());
+    const view_fit::view fitted = view_fit::fitted(room, raster);
+    zoom = effective_zoom = m_fit_zoom = fitted.zoom;
+    pan = fitted.pan;
+    m_fitted = true;
+    m_fitted_opens = workspace->documents_opened;
+}
+
 void MainImpact::actual_size() {
-    zoom = 1.0f;
+    zoom = effective_zoom = m_fit_zoom = 1.0f;
     pan = QPoint(280, 0);
     m_fitted = false;
+    m_fitted_opens = workspace->documents_opened;
     update();
 }
 
 // ---------------------------------------------------------------- painting
 
+void MainImpact::set_frame_held(bool held) {
+    m_frame_held = held;
+    update();
+}
+
 void MainImpact::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
+    if (m_frame_held) return painter.fillRect(event->rect(), look::screen_background);
     m_paint_rect = event->rect();
     // The live output draws in the monitor's own pixels, whatever the
     // display scale: one raster pixel on one device pixel.
@@ -143,6 +170,8 @@ void MainImpact::on_draw_step(nano2d::context* context) {
 
 void MainImpact::draw_second(nano2d::context* context) {
     on_draw_step(context);
+    // A project opened (or the window's first paint): the view shows it whole.
+    if (!live_output && m_fitted_opens != workspace->documents_opened) fit_view();
     if (!live_output) context->translate(float(pan.x()), float(pan.y()));
     QPainter* painter = context == &m_context ? m_context.painter() : nullptr;
     {

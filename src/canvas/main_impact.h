@@ -13,6 +13,7 @@
 
 #include <climits>
 #include <cstdint>
+#include <vector>
 
 namespace Vantora_TesserinePro {
 
@@ -48,17 +49,24 @@ class MainImpact : public QWidget {
     float get_effective_zoom() const { return effective_zoom; }
     QPoint get_pan() const { return pan; }
     void set_zoom(float value);
-    // "Fit Raster": the whole raster in the canvas beside the lists,
-    // centred. "Actual Size": zoom 1 at the starting pan.
+    // "Fit Raster": the whole raster centred in the largest part of the
+    // canvas that no shown palette (nor the lists) covers, the whole canvas
+    // beside the lists when none is left, at most at zoom 1. The view does
+    // the same at its first paint and after a project opens; a pan or zoom
+    // of the user's stays until then. "Actual Size": zoom 1 at the starting
+    // pan.
     void fit_raster();
     void actual_size();
     // The zoom at which the raster fits beside the lists, at most 1.
     float fit_zoom() const;
-    // The wheel's range: 0.25 to 1, or down to the fit zoom when the raster
-    // does not fit at 0.25.
+    // The wheel's range: 0.25 to 1, or down to the fit zoom (or the zoom the
+    // last fit gave) when the raster does not fit at 0.25.
     float clamped_zoom(float value) const;
     // Width the lists take on the right of the canvas.
     static constexpr int lists_width = 280;
+    // While held, a paint shows the background only: at a start the
+    // window shows first, and its frame a turn of the event loop later.
+    void set_frame_held(bool held);
     bool is_live_output() const { return live_output; }
     void set_live_output(bool value) { live_output = value; }
 
@@ -153,6 +161,7 @@ class MainImpact : public QWidget {
     bool pointer_inside() const { return pointer_position.x() != INT_MIN; }
 
     bool live_output = false;
+    bool m_frame_held = false;
     Global* workspace;
     float zoom = 1.0f;
     float effective_zoom = 1.0f;
@@ -160,6 +169,13 @@ class MainImpact : public QWidget {
     // Since "Fit Raster" and until "Actual Size", the wheel zooms about the
     // pointer.
     bool m_fitted = false;
+    // The fit: what covers the canvas, and the fit itself.
+    std::vector<QRect> covered_parts() const;
+    void fit_view();
+    float m_fit_zoom = 1.0f;
+    // The count of projects opened when the view last fitted itself (or the
+    // user chose Actual Size); none before the first paint.
+    std::uint64_t m_fitted_opens = ~std::uint64_t(0);
 
     nano2d::draw2d_context m_context;
     // Where the current paint draws: the paint event's region, in the

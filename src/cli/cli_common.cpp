@@ -249,6 +249,8 @@ int build_frame(Global& global, render_host& host, const std::string& file) {
     // A data path that does not fit its ports switches itself off and the
     // paint is tried again, as the canvas's next paint would; each retry
     // turns off at least one layer's path, so this ends.
+    // One frame is made: each layer's frame goes once it is in the composite.
+    global.keep_layer_frames = false;
     nano2d::draw2d_context context;
     const long long retries = global.get_layers_count() + 1;
     for (long long attempt = 0;; ++attempt) {

@@ -4,12 +4,20 @@
 // huge pages where the system offers them, which makes first filling them
 // several times cheaper; small ones come from the ordinary heap.
 
+#include "core/types.h"
+
 #include <cstddef>
 
 namespace Vantora_TesserinePro {
 
 void* allocate_large_bytes(std::size_t size);
 void free_large_bytes(void* memory, std::size_t size);
+
+// A drawing target of that size in the drawing format, in huge pages where
+// the system offers them: the first paint of a frame then touches a few huge
+// pages instead of thousands of small ones. Null when the size is not
+// allowed or the memory cannot be had.
+image new_drawing_target(int width, int height);
 
 template <class T> struct large_allocator {
     using value_type = T;

@@ -1,5 +1,6 @@
 #include "document/app_layer.h"
 
+#include "core/large_allocator.h"
 #include "core/line_reader.h"
 #include "document/global.h"
 
@@ -92,7 +93,7 @@ pointer<image> app_layer::request_offscreen(unsigned long width, unsigned long h
         (unsigned long)offscreen->height() != height) {
         offscreen.reset();
         if (!image_size_allowed(width, height)) return nullptr;
-        auto img = std::make_shared<image>(int(width), int(height), image_format);
+        auto img = std::make_shared<image>(new_drawing_target(int(width), int(height)));
         if (img->isNull()) return nullptr;
         offscreen = img;
     }

@@ -58,6 +58,11 @@ class app_layer {
     pointer<image> request_offscreen(unsigned long width, unsigned long height);
     pointer<image> get_offscreen() const { return offscreen; }
     void resetOffscreen() { offscreen.reset(); }
+    // Lets the frame go, and the drawing library's handle on its pixels.
+    void release_frame() {
+        image_wrap.releaseImage();
+        offscreen.reset();
+    }
     ImageWrap* get_nano2d_image(nano2d::context* context);
 
     // --- change marks

@@ -251,6 +251,11 @@ class Global {
     bool palettes_shown = true;
     int raster_label_font_size = 20;
     pointer<image> composite_image;
+    // Whether layers keep their frames between builds, so that an edit
+    // redraws into memory already there (the window). A one-off render lets
+    // each go once it is stacked: the frame's peak is then the composite and
+    // one layer.
+    bool keep_layer_frames = true;
     int logo_source_width = 0;
     int logo_source_height = 0;
     pointer<image> logo_source;
@@ -271,9 +276,15 @@ class Global {
     // The steps of a frame build, in the order defer_build_frame takes them.
     bool take_changes(const pointer_array<app_layer>& layers);
     bool rebuild_shown_layers(const pointer_array<app_layer>& layers, nano2d::context* context);
+    void begin_layer_builds();
+    // Builds one shown layer's frame; false when it failed (and was shown).
+    bool build_layer_frame(const pointer<app_layer>& layer, nano2d::context* context);
     bool stop_after_failed_build();
     bool fit_composite_to_raster();
-    void stack_layers_into_composite(nano2d::context* frame, PSDSaver* psd);
+    // With build_each, each layer is built just before it is stacked and its
+    // frame let go just after; false when a build failed.
+    bool stack_layers_into_composite(nano2d::context* frame, PSDSaver* psd, bool build_each);
+    void stack_layer(nano2d::context* frame, const pointer<app_layer>& layer, PSDSaver* psd);
     void draw_raster_label(nano2d::context* frame);
     void write_frame_file(const file::path& request, frame_file_kind kind, PSDSaver* psd);
 

@@ -22,7 +22,8 @@ namespace {
 
 // Leading compression word of every channel array (0 = raw).
 constexpr std::size_t channel_head = 2;
-constexpr std::size_t layer_record_size = 83;
+// A layer's record up to its Unicode name block.
+constexpr std::size_t layer_record_size = 82;
 constexpr std::size_t name_field = 15;
 
 #if defined(__SSE2__)
@@ -88,6 +89,20 @@ struct channel_rows {
     unsigned char* row(unsigned char* base, std::size_t y) const { return base + y * stride; }
 };
 
+// Rows y0 .. y0 + rows of img (its first width pixels; all by default) as
+// straight RGBA. Qt converts the band, so colours come out exactly as Qt
+// un-premultiplies them elsewhere, and the extra memory stays small.
+QImage straight_rows(const QImage& img, int y0, int rows, int width = -1) {
+    if (width < 0) width = img.width();
+    // Without a colour table the rows are read in place.
+    const QImage source = img.colorCount() > 0 ? img.copy(0, y0, width, rows)
+                                               : QImage(img.constScanLine(y0), width, rows,
+                                                        img.bytesPerLine(), img.format());
+    return source.format() == QImage::Format_RGBA8888
+               ? source
+               : source.convertToFormat(QImage::Format_RGBA8888);
+}
+
 // Copies the part of img that lies inside the layer's width and height into
 // the channels; what the image does not cover stays transparent.
 void copy_image(const QImage& img, const channel_rows& dst, std::size_t width, std::size_t height) {
@@ -98,21 +113,10 @@ void copy_image(const QImage& img, const channel_rows& dst, std::size_t width, s
         split_rgba(src, w, dst.row(dst.r, y), dst.row(dst.g, y), dst.row(dst.b, y),
                    dst.row(dst.a, y));
     };
-    if (img.format() == QImage::Format_RGBA8888) {
-        for (std::size_t y = 0; y < h; ++y)
-            dest(y, img.constScanLine(int(y)));
-        return;
-    }
-    // Qt converts a band of rows at a time, so colours come out exactly as
-    // Qt un-premultiplies them elsewhere, and the extra memory stays small.
     constexpr int band = 32;
     for (std::size_t y0 = 0; y0 < h; y0 += band) {
         const int rows = int(std::min<std::size_t>(band, h - y0));
-        // Without a colour table the rows are read in place.
-        const QImage source = img.colorCount() > 0 ? img.copy(0, int(y0), int(w), rows)
-                                                   : QImage(img.constScanLine(int(y0)), int(w),
-                                                            rows, img.bytesPerLine(), img.format());
-        const QImage part = source.convertToFormat(QImage::Format_RGBA8888);
+        const QImage part = straight_rows(img, int(y0), rows, int(w));
         for (int i = 0; i < rows; ++i)
             dest(y0 + std::size_t(i), part.constScanLine(i));
     }
@@ -127,6 +131,23 @@ channel_rows rows_of(PSDSaver::layinfo_desc_t& d) {
 void name_field_of(const string& name, char out[name_field]) {
     std::memset(out, ' ', name_field);
     std::memcpy(out, name.data(), std::min(name.size(), name_field));
+}
+
+// The whole name as UTF-16, for the Unicode name block ('luni') that readers
+// take over the fixed field, which is cut and padded.
+std::u16string unicode_name_of(const string& name) {
+    return QString::fromUtf8(name.data(), qsizetype(name.size())).toStdU16String();
+}
+
+// The block's data: the count of UTF-16 units, the units, then zeros up to a
+// multiple of four bytes.
+std::size_t unicode_name_data_size(const std::u16string& name) {
+    return (4 + 2 * name.size() + 3) / 4 * 4;
+}
+
+// A layer's record: the fixed fields, then the Unicode name block.
+std::size_t record_size(const std::u16string& name) {
+    return layer_record_size + 12 + unicode_name_data_size(name);
 }
 
 } // namespace
@@ -183,15 +204,29 @@ void PSDSaver::add_layer(unsigned x, unsigned y, unsigned width, unsigned height
 bool PSDSaver::savePSD(const unsigned char* pixels, int width, int height, int stride,
                        const file::path& path) {
     m_error.clear();
-    if (!pixels || width <= 0 || height <= 0 || std::abs(std::int64_t(stride)) < 4ll * width) {
+    if (!pixels || width <= 0 || height <= 0 || std::int64_t(stride) < 4ll * width) {
         m_error = "no composite image to write";
         return false;
     }
+    return savePSD(QImage(pixels, width, height, stride, QImage::Format_RGBA8888), path);
+}
+
+bool PSDSaver::savePSD(const QImage& composite, const file::path& path) {
+    m_error.clear();
+    if (composite.isNull()) {
+        m_error = "no composite image to write";
+        return false;
+    }
+    const int width = composite.width(), height = composite.height();
     // The layer section's lengths are 32-bit fields: a stack they cannot
     // describe is refused rather than written with wrapped lengths.
+    std::vector<std::u16string> names;
     std::uint64_t total = 0;
-    for (const auto& d : m_layers)
-        total += layer_record_size + d.alpha.size() + d.red.size() + d.green.size() + d.blue.size();
+    for (const auto& d : m_layers) {
+        names.push_back(unicode_name_of(d.name));
+        total += record_size(names.back()) + d.alpha.size() + d.red.size() + d.green.size() +
+                 d.blue.size();
+    }
     if (total + 10 > std::numeric_limits<std::uint32_t>::max() || m_layers.size() > 0x7FFF) {
         m_error = "the layers are too large for a PSD file";
         return false;
@@ -216,7 +251,9 @@ bool PSDSaver::savePSD(const unsigned char* pixels, int width, int height, int s
     out.put_u32(std::uint32_t(total + 10));
     out.put_u32(std::uint32_t(total + 6));
     out.put_u16(unsigned(m_layers.size()));
-    for (const auto& d : m_layers) {
+    for (std::size_t i = 0; i < m_layers.size(); ++i) {
+        const layinfo_desc_t& d = m_layers[i];
+        const std::u16string& unicode = names[i];
         out.put_u32(d.y);
         out.put_u32(d.x);
         out.put_u32(d.y + d.height);
@@ -235,14 +272,24 @@ bool PSDSaver::savePSD(const unsigned char* pixels, int width, int height, int s
         out.put_u8(0);   // clipping
         out.put_u8(0);   // flags
         out.put_u8(0);   // filler
-        out.put_u32(25); // extra data: mask and blending lengths, then the name
+        // Extra data: mask and blending lengths, the name, its Unicode block.
+        const std::size_t unicode_size = unicode_name_data_size(unicode);
+        out.put_u32(std::uint32_t(24 + 12 + unicode_size));
         out.put_u32(0);
         out.put_u32(0);
         out.put_u8(name_field);
         char name[name_field];
         name_field_of(d.name, name);
         out.put_bytes(name, name_field);
-        out.put_u8(0);
+        // Blocks follow the name at once: a byte between would be read as
+        // the start of a block.
+        out.put_bytes("8BIMluni", 8);
+        out.put_u32(std::uint32_t(unicode_size));
+        out.put_u32(std::uint32_t(unicode.size()));
+        for (char16_t unit : unicode)
+            out.put_u16(unit);
+        for (std::size_t pad = 4 + 2 * unicode.size(); pad < unicode_size; ++pad)
+            out.put_u8(0);
     }
     for (const auto& d : m_layers)
         for (const auto* channel : {&d.alpha, &d.red, &d.green, &d.blue})
@@ -250,8 +297,9 @@ bool PSDSaver::savePSD(const unsigned char* pixels, int width, int height, int s
     out.put_u32(0); // global layer mask
 
     // Merged image: raw red, green and blue planes; the composite's alpha is
-    // not part of it. The composite is read once, a band of rows at a time,
-    // and each band's three plane pieces go to their places in the file.
+    // not part of it. The composite is read once, a band of rows at a time
+    // (made straight RGBA, a band at a time), and each band's three plane
+    // pieces go to their places in the file.
     out.put_u16(0);
     const std::uint64_t plane = std::uint64_t(width) * std::uint64_t(height);
     const std::uint64_t planes_at = out.position();
@@ -263,8 +311,9 @@ bool PSDSaver::savePSD(const unsigned char* pixels, int width, int height, int s
         unsigned char* r = pieces.data();
         unsigned char* g = r + piece;
         unsigned char* b = g + piece;
+        const QImage straight = straight_rows(composite, int(y0), int(rows));
         for (std::size_t i = 0; i < rows; ++i)
-            split_rgb(pixels + std::ptrdiff_t(y0 + i) * stride, std::size_t(width),
+            split_rgb(straight.constScanLine(int(i)), std::size_t(width),
                       r + i * std::size_t(width), g + i * std::size_t(width),
                       b + i * std::size_t(width));
         const std::uint64_t at = planes_at + y0 * std::uint64_t(width);

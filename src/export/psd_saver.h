@@ -1,5 +1,7 @@
 #pragma once
-// Writes the workspace as a layered Photoshop file: 8 bits, RGB, raw.
+// Writes the workspace as a layered Photoshop file: 8 bits, RGB, raw. Each
+// layer carries its whole name in a Unicode name block beside the fixed
+// 15-byte field.
 // Frame composition creates one for a save, adds the composed layers bottom
 // first, then hands it the finished composite.
 
@@ -38,9 +40,12 @@ class PSDSaver {
     // pixels: straight RGBA, top row first, stride in bytes.
     void add_layer(unsigned x, unsigned y, unsigned width, unsigned height,
                    const unsigned char* pixels, int stride, const string& name);
-    // pixels: the finished composite as straight RGBA, top row first. Returns
-    // false when the file could not be written (nothing of it is left behind
-    // then, and an old file stays whole).
+    // composite: the finished frame in any format (a frame is premultiplied
+    // as drawn), made straight a band of rows at a time. Returns false when
+    // the file could not be written (nothing of it is left behind then, and
+    // an old file stays whole).
+    bool savePSD(const QImage& composite, const file::path& path);
+    // pixels: the composite as straight RGBA, top row first, stride in bytes.
     bool savePSD(const unsigned char* pixels, int width, int height, int stride,
                  const file::path& path);
     // Why the last savePSD failed.

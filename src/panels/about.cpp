@@ -16,14 +16,13 @@ About::About(QWidget* parent, Global* global) : SettingsBaseWindow(parent, globa
     auto* column = new QVBoxLayout(body());
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(5);
-    auto* logo = new W_Image(body(), 456, 256);
-    logo->set_image(logo_picture(456, 256));
-    column->addWidget(logo);
+    m_logo = new W_Image(body(), 456, 256);
+    column->addWidget(m_logo);
     const auto line = [&](const QString& text) {
         QLabel* label = make_caption(body(), text);
         label->setContentsMargins(8, 0, 8, 0);
-        label->setTextInteractionFlags(Qt::TextSelectableByMouse);
         column->addWidget(label);
+        m_lines.push_back(label);
         return label;
     };
     line("Version " TESSERINE_VERSION);
@@ -35,6 +34,16 @@ About::About(QWidget* parent, Global* global) : SettingsBaseWindow(parent, globa
     layout()->setSizeConstraint(QLayout::SetFixedSize);
     // Not in the layout file: it closes at every refresh of the palettes.
     set_stored_visible(false);
+}
+
+void About::showEvent(QShowEvent* event) {
+    // Text that can be selected is a small document each: made when needed.
+    if (m_logo->image().isNull()) {
+        m_logo->set_image(logo_picture(456, 256));
+        for (QLabel* label : m_lines)
+            label->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    }
+    SettingsBaseWindow::showEvent(event);
 }
 
 } // namespace Vantora_TesserinePro

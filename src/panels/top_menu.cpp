@@ -218,7 +218,6 @@ TopMenuMain::TopMenuMain(Global* global, TopMenu* menu, const std::vector<std::s
         });
         row->addWidget(item, 0, Qt::AlignVCenter);
         m_items.push_back(item);
-        menu->createSubmenu((long long)i);
     }
     row->addStretch(1);
 }
@@ -236,7 +235,8 @@ void TopMenuMain::on_item_hover(QWidget* item) {
     if (!m_menu->is_showing_any_submenu()) return;
     if (auto* w = dynamic_cast<WidgetWithBackground*>(item)) {
         const long long index = m_menu->find_submenu(w);
-        if (index >= 0 && !m_menu->submenu(index)->isVisible()) m_menu->setSubmenu(index);
+        const TopMenuSubmenu* s = m_menu->submenu(index);
+        if (index >= 0 && !(s && s->isVisible())) m_menu->setSubmenu(index);
     }
 }
 
@@ -260,11 +260,10 @@ void TopMenu::createSubmenu(long long index) {
     if (!existing) {
         if (index < 0 || index >= (long long)m_sections.size()) return;
         // A child of the main screen, so that it lies over everything.
-        auto* s = new TopMenuSubmenu(m_global, parentWidget(), m_sections[std::size_t(index)]);
-        s->setObjectName(QString("submenu %1").arg(index));
-        m_submenus[index] = s;
-        s->fold();
-        return;
+        existing = new TopMenuSubmenu(m_global, parentWidget(), m_sections[std::size_t(index)]);
+        existing->setObjectName(QString("submenu %1").arg(index));
+        m_submenus[index] = existing;
+        existing->fold();
     }
     if (index == TopMenuSubmenu::live_output_section)
         existing->set_monitor_entries(get_live_output_monitors());
@@ -304,6 +303,10 @@ void TopMenu::fold() {
 }
 
 bool TopMenu::keytrigger(const std::string& key) {
+    // The drop-downs are made once the window shows; a key before that
+    // makes them.
+    for (std::size_t i = 0; i < m_sections.size(); ++i)
+        if (!submenu((long long)i)) createSubmenu((long long)i);
     for (const auto& [index, s] : m_submenus)
         if (s && s->shortcut(key)) return true;
     return false;

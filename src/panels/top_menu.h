@@ -56,6 +56,8 @@ class TopMenu : public QWidget {
     static constexpr int height = 20;
     TopMenu(QWidget* parent, Global* global);
 
+    // Makes the drop-down of a section, once (an open makes it if need be);
+    // for the Live Output section it lists the monitors again.
     void createSubmenu(long long index);
     void setSubmenu(long long index);
     long long find_submenu(WidgetWithBackground* item) const;

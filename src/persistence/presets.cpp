@@ -97,7 +97,10 @@ void Global::load_default_layers() {
 
     new_boxes_layer();
 
-    const string logo = read_full_file_as_text(folder_to_save_data() / "logo.data");
+    // No logo saved yet is no fault, and says nothing.
+    const file::path logo_file = folder_to_save_data() / "logo.data";
+    if (!QFileInfo::exists(QString::fromStdString(logo_file.string()))) return;
+    const string logo = read_full_file_as_text(logo_file);
     pointer_array<app_layer> layers = create_layers_from_string(logo, project_magic_and_version);
     if (!layers.empty()) {
         // A logo file of the older framing reads as two alike layers; the

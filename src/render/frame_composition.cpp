@@ -2,6 +2,7 @@
 // composite, put the raster label on top and write a requested image file.
 
 #include "core/diagnostics.h"
+#include "core/large_allocator.h"
 #include "document/boxes_layer.h"
 #include "document/global.h"
 #include "export/psd_saver.h"
@@ -52,9 +53,12 @@ bool Global::defer_build_frame(bool main, nano2d::context* context) {
     const pointer_array<app_layer> layers =
         main ? (m_project ? m_project->layers : pointer_array<app_layer>()) : presets;
     const bool any_changed = take_changes(layers);
-    // A layer that cannot draw is reported to the user; the pass stops and
-    // the flag stays up, so a later paint tries again.
-    if (any_changed && main && !rebuild_shown_layers(layers, context))
+    // Kept layer frames are all built before the composite is touched: a
+    // layer that cannot draw is reported to the user, the pass stops with
+    // the last frame whole, and the flag stays up, so a later paint tries
+    // again. Without kept frames each layer is built as it is stacked.
+    const bool build_while_stacking = main && !keep_layer_frames;
+    if (any_changed && main && keep_layer_frames && !rebuild_shown_layers(layers, context))
         return stop_after_failed_build();
 
     const file::path request = save_request_path;
@@ -68,7 +72,8 @@ bool Global::defer_build_frame(bool main, nano2d::context* context) {
     if (kind == frame_file_kind::psd) psd = std::make_unique<PSDSaver>();
     {
         OffscreenDraw draw(context, composite_image.get());
-        stack_layers_into_composite(context, psd.get());
+        if (!stack_layers_into_composite(context, psd.get(), build_while_stacking))
+            return stop_after_failed_build();
         if (raster_label_enabled) draw_raster_label(context);
     }
     frame_image_wrap.setData(context, composite_image.get());
@@ -91,27 +96,30 @@ bool Global::stop_after_failed_build() {
     return false;
 }
 
-bool Global::rebuild_shown_layers(const pointer_array<app_layer>& layers,
-                                  nano2d::context* context) {
+void Global::begin_layer_builds() {
     output_debug_string("has changed");
     if (m_project) m_project->ends_counter = 1;
+}
+
+bool Global::build_layer_frame(const pointer<app_layer>& layer, nano2d::context* context) {
     bool failed = false;
     auto report = [this, &failed](const string& message) {
         show_error(message);
         failed = true;
     };
-    const bool only_current = m_host->is_only_current();
-    const pointer<app_layer> current = only_current ? current_layer() : nullptr;
-    for (const auto& layer : layers) {
-        if (!layer || layer->is_hidden()) continue;
-        boxes_layer* cleared = nullptr;
-        if (only_current && layer != current) cleared = dynamic_cast<boxes_layer*>(layer.get());
-        {
-            draw_boxes_switch switch_off(cleared);
-            layer->build_frame(context, report);
-        }
-        if (failed) return false;
-    }
+    boxes_layer* cleared = nullptr;
+    if (m_host->is_only_current() && layer != current_layer())
+        cleared = dynamic_cast<boxes_layer*>(layer.get());
+    draw_boxes_switch switch_off(cleared);
+    layer->build_frame(context, report);
+    return !failed;
+}
+
+bool Global::rebuild_shown_layers(const pointer_array<app_layer>& layers,
+                                  nano2d::context* context) {
+    begin_layer_builds();
+    for (const auto& layer : layers)
+        if (layer && !layer->is_hidden() && !build_layer_frame(layer, context)) return false;
     return true;
 }
 
@@ -123,7 +131,7 @@ bool Global::fit_composite_to_raster() {
     if (!composite_image || composite_image->isNull() || composite_image->width() != W ||
         composite_image->height() != H) {
         image fresh;
-        if (image_size_allowed(W, H)) fresh = image(W, H, image_format);
+        if (image_size_allowed(W, H)) fresh = new_drawing_target(W, H);
         if (fresh.isNull()) {
             show_error("Offscreen allocated nullptr.");
             return false;
@@ -137,34 +145,43 @@ bool Global::fit_composite_to_raster() {
     return true;
 }
 
-void Global::stack_layers_into_composite(nano2d::context* frame, PSDSaver* psd) {
-    const int W = std::max(get_paper_width(), 1);
-    const int H = std::max(get_paper_height(), 1);
+bool Global::stack_layers_into_composite(nano2d::context* frame, PSDSaver* psd, bool build_each) {
     const pointer_array<app_layer> stack =
         m_project ? m_project->layers : pointer_array<app_layer>();
+    if (build_each) begin_layer_builds();
     for (const auto& layer : stack) {
         if (!layer || layer->is_hidden()) continue;
-        const enum_layer type = layer->get_layer_type();
-        if (type != e_layer_boxes && type != e_layer_image) continue;
-        const pointer<image> offscreen = layer->get_offscreen();
-        if (!offscreen) continue;
-        const ImageWrap* wrap = layer->get_nano2d_image(frame);
-        const long long ox = layer->get_offset_x(), oy = layer->get_offset_y();
-        const long long w = layer->get_full_width(), h = layer->get_full_height();
-        if (psd) psd->add_layer(layer);
-        // A layer reaching the raster's right or bottom edge exactly
-        // loses its last column or row: that is how frames have always
-        // been cut.
-        const long long drawn_w = w + ox < W ? w : std::max<long long>(W - ox - 1, 1);
-        const long long drawn_h = h + oy < H ? h : std::max<long long>(H - oy - 1, 1);
-        const nano2d::paint p =
-            frame->image_pattern(wrap->handle, float(ox), float(oy), float(offscreen->width()),
-                                 float(offscreen->height()), 0.0f, 1.0f);
-        frame->begin_path();
-        frame->rectangle(float(ox), float(oy), float(drawn_w), float(drawn_h));
-        frame->fill_paint(p);
-        frame->fill();
+        if (build_each && !build_layer_frame(layer, frame)) return false;
+        stack_layer(frame, layer, psd);
+        // Built for this frame only: at most one layer frame lives beside
+        // the composite.
+        if (build_each) layer->release_frame();
     }
+    return true;
+}
+
+void Global::stack_layer(nano2d::context* frame, const pointer<app_layer>& layer, PSDSaver* psd) {
+    const int W = std::max(get_paper_width(), 1);
+    const int H = std::max(get_paper_height(), 1);
+    const enum_layer type = layer->get_layer_type();
+    if (type != e_layer_boxes && type != e_layer_image) return;
+    const pointer<image> offscreen = layer->get_offscreen();
+    if (!offscreen) return;
+    const ImageWrap* wrap = layer->get_nano2d_image(frame);
+    const long long ox = layer->get_offset_x(), oy = layer->get_offset_y();
+    const long long w = layer->get_full_width(), h = layer->get_full_height();
+    if (psd) psd->add_layer(layer);
+    // A layer reaching the raster's right or bottom edge exactly loses its
+    // last column or row: that is how frames have always been cut.
+    const long long drawn_w = w + ox < W ? w : std::max<long long>(W - ox - 1, 1);
+    const long long drawn_h = h + oy < H ? h : std::max<long long>(H - oy - 1, 1);
+    const nano2d::paint p =
+        frame->image_pattern(wrap->handle, float(ox), float(oy), float(offscreen->width()),
+                             float(offscreen->height()), 0.0f, 1.0f);
+    frame->begin_path();
+    frame->rectangle(float(ox), float(oy), float(drawn_w), float(drawn_h));
+    frame->fill_paint(p);
+    frame->fill();
 }
 
 void Global::draw_raster_label(nano2d::context* frame) {
@@ -210,10 +227,7 @@ void Global::write_frame_file(const file::path& request, frame_file_kind kind, P
     const image& frame = *composite_image;
     if (kind == frame_file_kind::psd) {
         // PSD channels carry colours as drawn: straight alpha, top row first.
-        const QImage straight = frame.convertToFormat(QImage::Format_RGBA8888);
-        m_last_save_ok = !straight.isNull() &&
-                         psd->savePSD(straight.constBits(), straight.width(), straight.height(),
-                                      int(straight.bytesPerLine()), request);
+        m_last_save_ok = psd->savePSD(frame, request);
         if (!m_last_save_ok)
             m_last_write_error = psd->last_error().empty() ? "the PSD file could not be written"
                                                            : psd->last_error();

@@ -1,12 +1,12 @@
 #include "render/image_writers.h"
 
-#include "core/atomic_file.h"
+#include "core/save_stream.h"
 
-#include <QBuffer>
 #include <QImageWriter>
 #include <QPainter>
 
-#include <cstring>
+#include <algorithm>
+#include <vector>
 
 namespace Vantora_TesserinePro {
 
@@ -21,102 +21,156 @@ frame_file_kind frame_file_kind_for(const std::string& extension) {
 
 namespace {
 
-std::string encode_with_qt(const image& img, const char* format, int quality) {
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    QImageWriter writer(&buffer, format);
+// Qt's image writers write to a device; this one hands the bytes on to a
+// stream that puts the file in place only when all of it was written.
+class stream_device : public QIODevice {
+  public:
+    explicit stream_device(save_stream& out) : m_out(out) { open(QIODevice::WriteOnly); }
+
+  protected:
+    qint64 readData(char*, qint64) override { return -1; }
+    qint64 writeData(const char* data, qint64 size) override {
+        m_out.write(data, std::size_t(size));
+        return m_out.good() ? size : -1;
+    }
+
+  private:
+    save_stream& m_out;
+};
+
+bool write_with_qt(const QImage& img, const char* format, int quality, save_stream& out) {
+    stream_device device(out);
+    QImageWriter writer(&device, format);
     if (quality >= 0) writer.setQuality(quality);
-    if (!writer.write(img)) return {};
-    return std::string(bytes.constData(), std::size_t(bytes.size()));
+    return writer.write(img);
 }
 
-void put16(std::string& out, std::size_t at, unsigned v) {
-    out[at] = char(v & 0xFF);
-    out[at + 1] = char((v >> 8) & 0xFF);
+// The frame over opaque black. Premultiplied colour over black is the colour
+// channels as they stand, so a premultiplied frame is only read as RGB32,
+// whose fourth byte no writer reads: no copy. Another format is painted
+// over black.
+QImage over_black(const image& img) {
+    if (img.format() == QImage::Format_ARGB32_Premultiplied || img.format() == QImage::Format_RGB32)
+        return QImage(img.constBits(), img.width(), img.height(), img.bytesPerLine(),
+                      QImage::Format_RGB32);
+    QImage flat(img.size(), QImage::Format_RGB32);
+    flat.fill(Qt::black);
+    QPainter(&flat).drawImage(0, 0, img);
+    return flat;
+}
+
+// Little-endian fields of the TGA and BMP headers.
+void put16(unsigned char* out, unsigned v) {
+    out[0] = (unsigned char)(v & 0xFF);
+    out[1] = (unsigned char)((v >> 8) & 0xFF);
+}
+void put32(unsigned char* out, std::uint32_t v) {
+    put16(out, v & 0xFFFF);
+    put16(out + 2, v >> 16);
+}
+
+// Each row of img, bottom first (the origin every reader of TGA and BMP
+// knows), as B G R bytes (and A with four channels) padded with zeros to
+// row_bytes. Made straight ARGB32 a band of rows at a time, so that colours
+// come out as Qt un-premultiplies them elsewhere.
+template <int Channels>
+void write_rows_bottom_first(const image& img, std::size_t row_bytes, save_stream& out) {
+    std::vector<unsigned char> bytes(row_bytes, 0);
+    constexpr int band = 64;
+    for (int bottom = img.height(); bottom > 0 && out.good(); bottom -= band) {
+        const int rows = std::min(band, bottom), top = bottom - rows;
+        const QImage part =
+            QImage(img.constScanLine(top), img.width(), rows, img.bytesPerLine(), img.format())
+                .convertToFormat(QImage::Format_ARGB32);
+        for (int y = rows - 1; y >= 0; --y) {
+            const auto* src = reinterpret_cast<const QRgb*>(part.constScanLine(y));
+            for (int x = 0; x < img.width(); ++x) {
+                unsigned char* b = &bytes[std::size_t(x) * Channels];
+                b[0] = (unsigned char)qBlue(src[x]);
+                b[1] = (unsigned char)qGreen(src[x]);
+                b[2] = (unsigned char)qRed(src[x]);
+                if constexpr (Channels == 4) b[3] = (unsigned char)qAlpha(src[x]);
+            }
+            out.write(bytes.data(), bytes.size());
+        }
+    }
+}
+
+// Uncompressed 32 bits, B G R A, with the TGA 2.0 footer.
+bool write_tga(const image& img, save_stream& out) {
+    const int w = img.width();
+    unsigned char header[18] = {};
+    header[2] = 2; // uncompressed true colour
+    put16(header + 12, unsigned(w));
+    put16(header + 14, unsigned(img.height()));
+    header[16] = 32;   // bits per pixel
+    header[17] = 0x08; // 8 alpha bits, bottom-left origin
+    out.write(header, sizeof header);
+    write_rows_bottom_first<4>(img, std::size_t(w) * 4, out);
+    out.write(tga_footer, sizeof tga_footer);
+    return true;
+}
+
+// 24 bits, B G R, rows padded to four bytes, the resolution of the image
+// (72 dpi when it has none): the file Qt's writer makes of a frame, which it
+// makes from a whole straight copy of it.
+bool write_bmp(const image& img, save_stream& out) {
+    const int w = img.width(), h = img.height();
+    const std::size_t row = (std::size_t(w) * 3 + 3) / 4 * 4;
+    const std::uint64_t pixels = std::uint64_t(row) * std::uint64_t(h);
+    if (pixels + 54 > 0xFFFFFFFFu) return false;
+    unsigned char header[54] = {'B', 'M'};
+    put32(header + 2, std::uint32_t(54 + pixels));
+    put32(header + 10, 54); // where the pixels start
+    put32(header + 14, 40); // the size of the info header
+    put32(header + 18, std::uint32_t(w));
+    put32(header + 22, std::uint32_t(h));
+    put16(header + 26, 1);  // planes
+    put16(header + 28, 24); // bits per pixel
+    put32(header + 34, std::uint32_t(pixels));
+    const auto per_metre = [](int d) { return std::uint32_t(d > 0 ? d : 2834); };
+    put32(header + 38, per_metre(img.dotsPerMeterX()));
+    put32(header + 42, per_metre(img.dotsPerMeterY()));
+    out.write(header, sizeof header);
+    write_rows_bottom_first<3>(img, row, out);
+    return true;
 }
 
 } // namespace
 
-std::string encode_tga(const image& img) {
-    if (img.isNull() || img.width() > 0xFFFF || img.height() > 0xFFFF) return {};
-    const QImage straight = img.convertToFormat(QImage::Format_ARGB32);
-    const int w = straight.width(), h = straight.height();
-    const std::size_t row = std::size_t(w) * 4;
-    std::string out(18 + row * std::size_t(h) + sizeof tga_footer, '\0');
-    out[2] = 2; // uncompressed true colour
-    put16(out, 12, unsigned(w));
-    put16(out, 14, unsigned(h));
-    out[16] = 32;   // bits per pixel
-    out[17] = 0x08; // 8 alpha bits, bottom-left origin
-    char* pixels = out.data() + 18;
-    for (int y = 0; y < h; ++y) {
-        const auto* src = reinterpret_cast<const QRgb*>(straight.constScanLine(h - 1 - y));
-        char* dst = pixels + row * std::size_t(y);
-        if constexpr (Q_BYTE_ORDER == Q_LITTLE_ENDIAN) {
-            // 0xAARRGGBB in memory is B, G, R, A: the TGA order already.
-            std::memcpy(dst, src, row);
-        } else {
-            for (int x = 0; x < w; ++x) {
-                dst[4 * x] = char(qBlue(src[x]));
-                dst[4 * x + 1] = char(qGreen(src[x]));
-                dst[4 * x + 2] = char(qRed(src[x]));
-                dst[4 * x + 3] = char(qAlpha(src[x]));
-            }
-        }
-    }
-    std::memcpy(out.data() + 18 + row * std::size_t(h), tga_footer, sizeof tga_footer);
-    return out;
-}
-
-std::string encode_png(const image& img, bool black_background) {
-    if (img.isNull()) return {};
-    if (!black_background) return encode_with_qt(img, "png", -1);
-    // The frame over opaque black: what the wall shows where nothing is.
-    QImage flat(img.size(), QImage::Format_RGB32);
-    flat.fill(Qt::black);
-    {
-        QPainter painter(&flat);
-        painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
-        painter.drawImage(0, 0, img);
-    }
-    return encode_with_qt(flat, "png", -1);
-}
-
-std::string encode_bmp(const image& img) {
-    return img.isNull() ? std::string() : encode_with_qt(img, "bmp", -1);
-}
-
-std::string encode_jpg(const image& img, int quality) {
-    return img.isNull() ? std::string() : encode_with_qt(img, "jpg", quality);
-}
-
 bool write_frame_image(const image& img, frame_file_kind kind, bool black_background,
                        const std::string& path, std::string* error) {
-    std::string bytes;
+    const auto fail = [error](const std::string& why) {
+        if (error) *error = why;
+        return false;
+    };
+    if (kind == frame_file_kind::psd || kind == frame_file_kind::none)
+        return fail("no image writer for this extension");
+    if (img.isNull() ||
+        (kind == frame_file_kind::tga && (img.width() > 0xFFFF || img.height() > 0xFFFF)))
+        return fail("the image could not be encoded");
+    save_stream out(path);
+    bool encoded = false;
     switch (kind) {
     case frame_file_kind::png:
-        bytes = encode_png(img, black_background);
+        encoded = write_with_qt(black_background ? over_black(img) : img, "png", -1, out);
         break;
     case frame_file_kind::tga:
-        bytes = encode_tga(img);
+        encoded = write_tga(img, out);
         break;
     case frame_file_kind::bmp:
-        bytes = encode_bmp(img);
+        encoded = write_bmp(img, out);
         break;
     case frame_file_kind::jpg:
-        bytes = encode_jpg(img, 90);
+        encoded = write_with_qt(img, "jpg", 90, out);
         break;
-    case frame_file_kind::psd:
-    case frame_file_kind::none:
-        if (error) *error = "no image writer for this extension";
-        return false;
+    default:
+        break;
     }
-    if (bytes.empty()) {
-        if (error) *error = "the image could not be encoded";
-        return false;
-    }
-    return write_file_atomically(path, bytes, error);
+    // Nothing half written takes the place of the old file; a failed disk
+    // write says why, a writer that failed on its own does not.
+    if (encoded && out.commit()) return true;
+    return fail(out.error().empty() ? "the image could not be encoded" : out.error());
 }
 
 } // namespace Vantora_TesserinePro

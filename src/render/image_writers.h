@@ -1,6 +1,6 @@
 #pragma once
-// The image files a frame is written to. Encoders give the whole file in
-// memory, so that it reaches the disk whole or not at all.
+// The image files a frame is written to. They reach the disk whole or not
+// at all.
 
 #include "core/types.h"
 
@@ -19,16 +19,13 @@ frame_file_kind frame_file_kind_for(const std::string& extension);
 constexpr char tga_footer[26] = {0,   0,   0,   0,   0,   0,   0,   0,   'T', 'R', 'U', 'E', 'V',
                                  'I', 'S', 'I', 'O', 'N', '-', 'X', 'F', 'I', 'L', 'E', '.', 0};
 
-// Uncompressed 32-bit TGA with straight alpha: rows bottom first (the
-// origin every reader knows) and the TGA 2.0 footer.
-std::string encode_tga(const image& img);
-// PNG keeping transparency, or over opaque black when black_background.
-std::string encode_png(const image& img, bool black_background);
-std::string encode_bmp(const image& img);
-std::string encode_jpg(const image& img, int quality = 90);
-
-// Encodes img as kind (not psd) and writes it atomically. False, with error
-// filled, when nothing could be written; any old file stays whole.
+// Writes img as kind (not psd) to path, atomically, encoding rows as they
+// go to the disk: no second copy of the picture is made. TGA: uncompressed
+// 32 bits with straight alpha, rows bottom first (the origin every reader
+// knows), and the TGA 2.0 footer. PNG: keeping transparency, or over opaque
+// black when black_background. BMP: 24 bits, as Qt writes it. JPG: at
+// quality 90, by Qt. False, with error filled, when nothing could be written; any old
+// file stays whole.
 bool write_frame_image(const image& img, frame_file_kind kind, bool black_background,
                        const std::string& path, std::string* error);
 

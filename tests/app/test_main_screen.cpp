@@ -2,6 +2,7 @@
 // palettes by layer type and the keys; the recent projects, file drops and
 // the folders the dialogs remember.
 
+#include "app/control_map.h"
 #include "app/recent_files.h"
 #include "app/settings_file.h"
 #include "core/keys.h"
@@ -325,7 +326,8 @@ TEST_F(screen_test, RecentProjectsDropsAndLastFolders) {
     picture.fill(Qt::red);
     ASSERT_TRUE(picture.save(dir + "/red.webp") || picture.save(dir + "/red.png"));
     const QString red = QFile::exists(dir + "/red.webp") ? dir + "/red.webp" : dir + "/red.png";
-    const QPoint at = canvas->get_pan() + QPoint(100, 60) * canvas->get_effective_zoom();
+    canvas->actual_size(); // a point of the canvas is then one of the raster
+    const QPoint at = canvas->get_pan() + QPoint(100, 60);
     EXPECT_FALSE(drop_file(*screen, red, nullptr));
     EXPECT_TRUE(drop_file(*screen, red, &at));
     ASSERT_EQ(global->get_layers_count(), 2);
@@ -349,4 +351,13 @@ TEST_F(screen_test, RecentProjectsDropsAndLastFolders) {
         ASSERT_TRUE(wait_until([&] { return !screen->findChild<QFileDialog*>("open_dialog"); }));
     }
     EXPECT_EQ(again.projects().first(), in_show);
+}
+
+TEST(control_map, PointsAreInTheScreensOwnPixels) {
+    // The middle pixel of those a logical pixel covers, from the screen's
+    // corner, which both share.
+    EXPECT_EQ(screen_pixel({10, 20}, {0, 0}, 1.0), QPoint(10, 20));
+    EXPECT_EQ(screen_pixel({10, 20}, {0, 0}, 2.0), QPoint(21, 41));
+    EXPECT_EQ(screen_pixel({11, 20}, {0, 0}, 1.5), QPoint(17, 30));
+    EXPECT_EQ(screen_pixel({1930, 20}, {1920, 0}, 2.0), QPoint(1941, 41));
 }

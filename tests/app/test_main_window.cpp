@@ -44,9 +44,17 @@ TEST_F(startup, TheWindowOpensWhereItWasOrInTheMiddleOfTheScreen) {
     ASSERT_TRUE(write_file(settings().string(), "{ not json"));
     EXPECT_EQ(first_rectangle(), QRectF(QPointF(0.05, 0.05), QPointF(0.89, 0.89)));
     // A rectangle in pixels is taken as it is.
-    write_settings(100, 50, 900, 650);
+    write_settings(100, 50, 1500, 950);
     start();
-    EXPECT_EQ(window->geometry(), QRect(100, 50, 800, 600));
+    EXPECT_EQ(window->geometry(), QRect(100, 50, 1400, 900));
+    // The first view shows the whole raster, clear of the lists and of
+    // every palette shown.
+    const QRect raster(canvas->get_pan(), QSize(1920, 1080) * canvas->get_effective_zoom());
+    EXPECT_TRUE(canvas->rect().contains(raster));
+    for (const QWidget* over : screen->findChildren<QWidget*>(Qt::FindDirectChildrenOnly))
+        EXPECT_FALSE(over != canvas && over->isVisible() &&
+                     over->geometry().translated(-canvas->pos()).intersects(raster))
+            << over->objectName().toStdString();
 }
 
 TEST_F(startup, FileRequestsOpenAProjectOrFallBackOnANewWorkspace) {

@@ -9,6 +9,7 @@
 #include "window/window_fixture.h"
 
 #include <QFile>
+#include <QTemporaryDir>
 #include <QWheelEvent>
 
 using namespace Vantora_TesserinePro;
@@ -21,6 +22,7 @@ struct editing : window_test {
         window_test::SetUp();
         start();
         window->resize(1400, 900);
+        canvas->actual_size(); // points below are at zoom 1 and the starting pan
         screen_layer = global->current_boxes_layer();
         canvas->repaint();
     }
@@ -251,11 +253,13 @@ TEST_F(editing, FitShowsAn8kRasterCentredAndEditsLandAsAtActualSize) {
     canvas->repaint();
     const float z = canvas->get_effective_zoom();
     ASSERT_LT(z, 0.25f);
-    // Beside the lists, with even margins.
-    const int room = canvas->width() - MainImpact::lists_width;
-    const QPoint corner = at(7680, 4320);
-    EXPECT_NEAR(canvas->get_pan().x(), room - corner.x(), 2);
-    EXPECT_NEAR(canvas->get_pan().y(), canvas->height() - corner.y(), 2);
+    // Clear of the lists and of every palette shown.
+    const QRect shown(canvas->get_pan(), at(7680, 4320) - canvas->get_pan());
+    for (QWidget* over : canvas->parentWidget()->findChildren<QWidget*>()) {
+        const bool covers = over->parentWidget() == screen && over != canvas && over->isVisible();
+        EXPECT_FALSE(covers && over->geometry().translated(-canvas->pos()).intersects(shown))
+            << over->objectName().toStdString();
+    }
 
     const QPoint fitted = move_to_edge();
     EXPECT_EQ(fitted, QPoint(7680 - 1024, 300));
@@ -274,4 +278,15 @@ TEST_F(editing, FitShowsAn8kRasterCentredAndEditsLandAsAtActualSize) {
     EXPECT_EQ(canvas->get_pan(), QPoint(280, 0));
     screen_layer->set_offset_x(300);
     EXPECT_EQ(move_to_edge(), fitted);
+
+    // The user's view stays until a project opens, which is fitted again.
+    QTemporaryDir dir;
+    const std::string wall = dir.filePath("wall.tsrx").toStdString();
+    ASSERT_TRUE(global->save_project_to_file(wall));
+    drag(QPoint(1300, 800), QPoint(1250, 780));
+    canvas->repaint();
+    EXPECT_EQ(canvas->get_pan(), QPoint(230, -20));
+    global->open_project_file(wall);
+    canvas->repaint();
+    EXPECT_EQ(canvas->get_effective_zoom(), z);
 }

@@ -1,6 +1,7 @@
 // The canvas: the frame at pan and zoom, the hit tests, the editing marks,
 // and the paint as the one place where frames are built.
 
+#include "canvas/view_fit.h"
 #include "core/keys.h"
 #include "panels/look.h"
 #include "panels/right_panel.h"
@@ -21,6 +22,7 @@ struct canvas_test : window_test {
         window_test::SetUp();
         start();
         window->resize(1400, 900);
+        canvas->actual_size(); // points below are at zoom 1 and the starting pan
         layer = global->current_boxes_layer();
     }
     void wheel(int notches) {
@@ -221,4 +223,29 @@ TEST_F(canvas_test, APaintNeverStartsAnotherAndWhatTheBuildAsksWaits) {
     QMetaObject::invokeMethod(qApp, [&] { flushed = true; }, Qt::QueuedConnection);
     ASSERT_TRUE(wait_until([&] { return flushed; }));
     EXPECT_EQ(screen->findChildren<QMessageBox*>("error").size(), 1); // not twice
+}
+
+TEST(view_fit, TheRasterGoesWhereItShowsLargestClearOfWhatCovers) {
+    const QRect canvas(0, 0, 1000, 600);
+    const QSize wall(1920, 1080), small(100, 50);
+    const struct {
+        std::vector<QRect> covered;
+        QSize raster;
+        QRect part;
+    } cases[] = {
+        {{}, wall, canvas},
+        // A palette on the left and the lists on the right.
+        {{{0, 0, 300, 600}, {900, 0, 100, 600}}, wall, {300, 0, 600, 600}},
+        {{{0, 0, 600, 250}}, wall, {0, 250, 1000, 350}},   // below shows it larger
+        {{{300, 0, 100, 600}}, small, {400, 0, 600, 600}}, // both at 1: the larger
+        {{{0, 0, 1000, 550}}, wall, {}},                   // none of 100 a side left
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(view_fit::largest_free_part(canvas, c.covered, c.raster), c.part);
+    // Centred within the margin, never above 1.
+    const auto fitted = [](QSize raster) { return view_fit::fitted({300, 0, 600, 600}, raster); };
+    EXPECT_EQ(std::make_pair(fitted(wall).zoom, fitted(wall).pan),
+              std::make_pair(580.0f / 1920.0f, QPoint(310, 137)));
+    EXPECT_EQ(std::make_pair(fitted(small).zoom, fitted(small).pan),
+              std::make_pair(1.0f, QPoint(550, 275)));
 }

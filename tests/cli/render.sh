@@ -34,6 +34,15 @@ for type in png:PNG tga:TGA bmp:BMP jpg:JPEG psd:PSD; do
   same "$(size "frame.${type%:*}" | sed 's/^BMP[0-9]*/BMP/')" "${type#*:} 640 360"
 done
 same "$(identify -format '%Q' frame.jpg)" 90
+# A PSD's layers as ImageMagick reads them back: the fixed 15-byte name field
+# as it always was, and after it each layer's Unicode name block alone (12
+# bytes of head, the count, 9 UTF-16 units, 2 bytes to a multiple of 4).
+project names.tsrx 640 360 "$(screen 'Side Left' 0 0 2 1 100)" "$(screen 'Bühne Süd' 300 0 2 1 100)"
+expect 0 "$BIN" render names.tsrx -o names.psd
+same "$(identify -verbose names.psd | grep -aE 'label:|additional-info' | tr -s ' ' | tr '\n' '|')" \
+  " Profile-psd:additional-info: 36 bytes| label: Side Left | Profile-psd:additional-info: 36 bytes| label: Bühne Süd |"
+od -An -tx1 -v names.psd | tr -d ' \n' | grep -q 3842494d6c756e690000001800000009004200fc0068006e00650020005300fc00640000 &&
+  ok || fail "no Unicode name block for Bühne Süd"
 # Cabinets, then black where nothing is drawn; --transparent keeps it clear.
 same "$(pixel frame.png 10 10)" "255,0,0,255"
 same "$(pixel frame.png 350 50)" "255,0,0,255"

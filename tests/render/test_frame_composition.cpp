@@ -8,7 +8,9 @@
 #include "support/recording_context.h"
 #include "support/workspace_fixtures.h"
 
+#include <QBuffer>
 #include <QFile>
+#include <QImageWriter>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -211,6 +213,25 @@ TEST_F(composition, PaintWithNothingChangedDrawsNothing) {
     EXPECT_TRUE(global.get_save_to_file_requested_info().empty());
 }
 
+// A one-off render keeps no layer frame: each is built, stacked and let go,
+// the frame and the PSD are those of a paint that keeps them, and a later
+// save with nothing changed builds them again.
+TEST_F(composition, WithoutKeptFramesTheSameFrameAndNoLayerFrameStays) {
+    paper(300, 200);
+    cabinets(2, 1, 64, 10, 10);
+    cabinets(2, 2, 50, 40, 30);
+    ASSERT_TRUE(save(path("kept.psd")));
+    const image kept = frame().copy();
+    global.keep_layer_frames = false;
+    for (const char* name : {"lean.psd", "again.psd"}) {
+        ASSERT_TRUE(save(path(name)));
+        EXPECT_EQ(frame(), kept);
+        EXPECT_EQ(read_file(path(name)), read_file(path("kept.psd")));
+        for (const auto& layer : global.current_project()->layers)
+            EXPECT_FALSE(layer->get_offscreen());
+    }
+}
+
 TEST_F(composition, ALayerOrRasterTooLargeStopsThePassAndKeepsTheSaveRequest) {
     const std::string out = path("frame.png");
     paper(300, 200);
@@ -308,7 +329,7 @@ TEST_F(composition, PngIsDrawnOverBlackAndTheCompositeStaysClear) {
     EXPECT_EQ(at({{200, 100}}), "clear");
 }
 
-TEST_F(composition, TgaIsUncompressed32BitWithAlphaByteForByte) {
+TEST_F(composition, TgaAndBmpByteForByte) {
     // Bottom row first, B G R A, straight alpha (a fifth of 255 is exact
     // both ways).
     QImage img(3, 2, QImage::Format_ARGB32);
@@ -316,7 +337,20 @@ TEST_F(composition, TgaIsUncompressed32BitWithAlphaByteForByte) {
                            qRgba(7, 8, 9, 255), qRgba(0, 0, 0, 0),   qRgba(10, 11, 12, 255)};
     for (int i = 0; i < 6; ++i)
         img.setPixel(i % 3, i / 3, pixels[i]);
-    EXPECT_TRUE(matches_golden(encode_tga(img.convertToFormat(image_format)), "three_by_two.tga"));
+    const std::string tga = path("three_by_two.tga");
+    ASSERT_TRUE(write_frame_image(img.convertToFormat(image_format), frame_file_kind::tga, true,
+                                  tga, nullptr));
+    EXPECT_TRUE(matches_golden(read_file(tga), "three_by_two.tga"));
+    // BMP, written a band of rows at a time, is the file Qt's writer makes
+    // (rows of three pixels padded to four bytes).
+    const std::string bmp = path("three_by_two.bmp");
+    ASSERT_TRUE(write_frame_image(img.convertToFormat(image_format), frame_file_kind::bmp, true,
+                                  bmp, nullptr));
+    QByteArray by_qt;
+    QBuffer buffer(&by_qt);
+    buffer.open(QIODevice::WriteOnly);
+    ASSERT_TRUE(QImageWriter(&buffer, "bmp").write(img.convertToFormat(image_format)));
+    EXPECT_EQ(read_file(bmp), by_qt.toStdString());
 
     // Written through a paint, it reads back with our own loader; the black
     // background is for PNG only.

@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # The live output on a second X screen, at display scales 1, 1.25, 1.5 and
 # 2: the real program on the first screen chooses "Live Output to Screen 2"
-# from its menu with real clicks, and the second screen then shows, inside
+# from its menu with real clicks where its control map says (so the map is
+# right at every scale), and the second screen then shows, inside
 # every screen layer, exactly the pixels that `tesserine render` writes.
 # Usage: live_output_scales.sh PATH_TO_TESSERINE
 set -uo pipefail
@@ -23,9 +24,6 @@ for l in json.load(sys.stdin)["layers"]:
     if l["type"] == "screen" or "columns" in l:
         print(l["offset_x"], l["offset_y"], l["width"], l["height"])' >layers.txt
 
-# logical X: the device pixels of a logical coordinate at the scale.
-device() { python3 -c "print(int(round($1 * $SCALE)))"; }
-
 same_inside_layers() {
   local x y w h diff
   while read -r x y w h; do
@@ -42,10 +40,10 @@ for SCALE in ${SCALES:-1 1.25 1.5 2}; do
     failed=$((failed + 1)); cat app.log >&2; continue
   fi
   # The Live Output section, then its first other monitor, clicked where
-  # the window says they are: its places are logical, the screen's device.
+  # the window says they are, in the screen's own pixels at every scale.
   for control in "menu|Live Output" "submenu|Live Output to Screen 2"; do
     read -r CX CY < <(control_at "${control%%|*}" entry "${control#*|}")
-    xdotool mousemove "$(device "${CX:-0}")" "$(device "${CY:-0}")" click 1
+    xdotool mousemove "${CX:-0}" "${CY:-0}" click 1
   done
   shown() {
     import -display "${DISPLAY}.1" -window root second.png 2>/dev/null && same_inside_layers 2>/dev/null

@@ -6,6 +6,7 @@
 #include "app/application.h"
 #include "app/main_screen.h"
 #include "app/main_window.h"
+#include "app/start_steps.h"
 #include "canvas/main_impact.h"
 #include "core/data_folder.h"
 #include "document/boxes_layer.h"
@@ -84,6 +85,8 @@ struct window_test : ::testing::Test {
         canvas = screen->main_impact();
         screen->set_quit_handler([this] { ++quits; });
         ASSERT_TRUE(QTest::qWaitForWindowExposed(window));
+        // And what the window does once it shows (the lists, the menu).
+        ASSERT_TRUE(wait_until([this] { return !start_steps::waiting(window); }));
     }
     void SetUp() override { empty_data_folder(); }
     void TearDown() override {
