@@ -32,7 +32,7 @@ int main(int argc, char** argv) {
         {"new", &cli::cmd_new},         {"info", &cli::cmd_info},
         {"presets", &cli::cmd_presets}, {"route", &cli::cmd_route},
         {"render", &cli::cmd_render},   {"export-resolume", &cli::cmd_export_resolume},
-        {"report", &cli::cmd_report},
+        {"report", &cli::cmd_report},   {"pack", &cli::cmd_pack},
     };
     // Options before the command word are the program's own; what follows
     // the word is the command's.
