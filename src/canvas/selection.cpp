@@ -304,8 +304,12 @@ void selection_tool::changed() {
 }
 
 void selection_tool::edited(const string& step) {
+    // One step, now: keys pressed in quick succession each make their own.
     if (MainScreen* screen = MainScreen::of(&m_canvas))
-        if (UndoController* undo = screen->undo_controller()) undo->name_next(step);
+        if (UndoController* undo = screen->undo_controller()) {
+            undo->name_next(step);
+            undo->record();
+        }
     m_global.host().reload_all(m_global, true);
     changed();
 }

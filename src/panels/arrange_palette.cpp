@@ -63,8 +63,15 @@ void ArrangePalette::show_count() {
     count->setText(n == 1 ? QString("1 screen selected") : QString("%1 screens selected").arg(n));
 }
 
+ArrangePalette* arrange_palette_of(const MainScreen& screen) {
+    // By type: it has no meta-object of its own for findChild to tell it by.
+    for (QObject* child : screen.children())
+        if (auto* palette = dynamic_cast<ArrangePalette*>(child)) return palette;
+    return nullptr;
+}
+
 void toggle_arrange_palette(MainScreen& screen) {
-    auto* palette = screen.findChild<ArrangePalette*>(QString(), Qt::FindDirectChildrenOnly);
+    ArrangePalette* palette = arrange_palette_of(screen);
     if (palette && palette->isVisible()) return palette->hide();
     if (!palette) {
         palette = new ArrangePalette(&screen, &screen.global(), screen.main_impact()->selection());

@@ -23,7 +23,9 @@ class ArrangePalette : public SettingsBaseWindow {
     selection_tool& m_tool;
 };
 
-// Shows the palette of this main screen, or hides it when it shows.
+// The palette of this main screen, null before its first showing.
+ArrangePalette* arrange_palette_of(const MainScreen& screen);
+// Shows the palette, or hides it when it shows.
 void toggle_arrange_palette(MainScreen& screen);
 
 } // namespace Vantora_TesserinePro
