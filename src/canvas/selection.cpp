@@ -418,8 +418,10 @@ void selection_tool::remove() {
 }
 
 void selection_tool::say(const QString& text) {
+    // Over the palettes, which lie over the canvas.
+    QWidget* host = m_canvas.parentWidget() ? m_canvas.parentWidget() : &m_canvas;
     if (!m_status) {
-        m_status = new QLabel(&m_canvas);
+        m_status = new QLabel(host);
         m_status->setObjectName("status_line");
         m_status->setFont(look::sans(14));
         m_status->setAutoFillBackground(true);
@@ -435,7 +437,8 @@ void selection_tool::say(const QString& text) {
     }
     m_status->setText(text);
     m_status->adjustSize();
-    m_status->move(8, m_canvas.height() - m_status->height() - 8);
+    const QPoint corner = m_canvas.mapTo(host, QPoint(0, m_canvas.height()));
+    m_status->move(corner.x() + 8, corner.y() - m_status->height() - 8);
     m_status->show();
     m_status->raise();
     m_status_timer->start();

@@ -119,8 +119,8 @@ class selection_tool {
     void duplicate();
     void remove();
 
-    // The status line over the canvas's bottom left corner: a message that
-    // goes after a few seconds.
+    // The status line over the canvas's bottom left corner (and over the
+    // palettes): a message that goes after a few seconds.
     void say(const QString& text);
     QLabel* status_line() const { return m_status; }
     // Called whenever the selection changes (the Arrange palette counts it).

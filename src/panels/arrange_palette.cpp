@@ -1,10 +1,12 @@
 #include "panels/arrange_palette.h"
 
 #include "app/main_screen.h"
+#include "app/palette_places.h"
 #include "canvas/main_impact.h"
 #include "panels/widgets/cached_style.h"
 #include "panels/widgets/fields.h"
 
+#include <QEvent>
 #include <QGridLayout>
 #include <QPushButton>
 
@@ -56,6 +58,15 @@ ArrangePalette::ArrangePalette(QWidget* parent, Global* global, selection_tool& 
     show_count();
     add_children_to_tab_order<>(body());
     layout()->setSizeConstraint(QLayout::SetFixedSize);
+    // Not one of the main screen's own palettes: it keeps itself within
+    // reach when the window shrinks.
+    parent->installEventFilter(this);
+}
+
+bool ArrangePalette::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::Resize && watched == parentWidget())
+        if (MainScreen* screen = MainScreen::of(this)) screen->keep_within_reach(this);
+    return false;
 }
 
 void ArrangePalette::show_count() {
@@ -73,14 +84,18 @@ ArrangePalette* arrange_palette_of(const MainScreen& screen) {
 void toggle_arrange_palette(MainScreen& screen) {
     ArrangePalette* palette = arrange_palette_of(screen);
     if (palette && palette->isVisible()) return palette->hide();
-    if (!palette) {
+    const bool first = !palette;
+    if (first)
         palette = new ArrangePalette(&screen, &screen.global(), screen.main_impact()->selection());
-        palette->adjustSize();
-        // Low on the left, clear of the palettes' first places.
-        palette->move(10, screen.height() - palette->height() - 50);
-    }
     palette->show();
     palette->raise();
+    if (first) {
+        // Its size is known once it shows. Low on the right beside the
+        // lists, clear of the palettes' first places.
+        palette->layout()->activate();
+        palette->move(screen.width() - palette_places::lists_width - palette->width() - 10,
+                      screen.height() - palette->height() - 10);
+    }
     screen.keep_within_reach(palette);
 }
 

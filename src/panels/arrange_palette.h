@@ -18,6 +18,9 @@ class ArrangePalette : public SettingsBaseWindow {
     IntBox* gap = nullptr;
     QLabel* count = nullptr;
 
+  protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
   private:
     void show_count();
     selection_tool& m_tool;

@@ -339,7 +339,16 @@ void TopMenu::paintEvent(QPaintEvent*) {
     p.fillRect(rect(), bar_normal);
     p.setFont(look::sans(18));
     p.setPen(title_color);
-    p.drawText(rect(), Qt::AlignCenter, "Tesserine Pro");
+    // Centred, but in a narrow window never over the section titles.
+    const QString title = "Tesserine Pro";
+    const int w = p.fontMetrics().horizontalAdvance(title);
+    const auto& items = m_main->items();
+    const int titles_end =
+        items.empty() ? 0 : items.back()->mapTo(this, QPoint(items.back()->width(), 0)).x() + 15;
+    if ((width() - w) / 2 >= titles_end)
+        p.drawText(rect(), Qt::AlignCenter, title);
+    else
+        p.drawText(QRect(titles_end, 0, w, rect().height()), Qt::AlignLeft | Qt::AlignVCenter, title);
 }
 
 void TopMenu::mousePressEvent(QMouseEvent* event) {
