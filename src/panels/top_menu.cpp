@@ -348,7 +348,8 @@ void TopMenu::paintEvent(QPaintEvent*) {
     if ((width() - w) / 2 >= titles_end)
         p.drawText(rect(), Qt::AlignCenter, title);
     else
-        p.drawText(QRect(titles_end, 0, w, rect().height()), Qt::AlignLeft | Qt::AlignVCenter, title);
+        p.drawText(QRect(titles_end, 0, w, rect().height()), Qt::AlignLeft | Qt::AlignVCenter,
+                   title);
 }
 
 void TopMenu::mousePressEvent(QMouseEvent* event) {
