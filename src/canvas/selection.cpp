@@ -58,8 +58,9 @@ const char* arrange_caption(arrange_command command) {
 void screen_selection::resolve() const {
     const pointer<project> now = m_global.current_project_pointer();
     const long long count = m_global.get_layers_count();
-    // Another document (New, Open): nothing of the old one is selected.
-    if (now != m_project.lock()) {
+    // Another document (New, Open): nothing of the old one is selected. An
+    // empty selection (each row of the list asks at each paint) costs nothing.
+    if (now != m_project.lock() || m_entries.empty()) {
         m_entries.clear();
         m_project = now;
         m_count = count;
