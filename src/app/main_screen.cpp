@@ -480,6 +480,13 @@ bool MainScreen::keyboard_event(QKeyEvent* event) {
         }
         return true;
     }
+    // The selected screens take their keys first (held arrows repeat; with
+    // a selection Ctrl+D duplicates it); a text field and an open menu keep
+    // theirs.
+    if (!release && m_main_impact && !typing_text() &&
+        !(m_top_menu && m_top_menu->is_showing_any_submenu()) &&
+        m_main_impact->selection().key(*event, key_name(*event), held))
+        return true;
     if (!press) return false;
     const std::string name = key_name(*event);
     if (name == " ") {

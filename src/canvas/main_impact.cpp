@@ -4,6 +4,7 @@
 #include "canvas/view_fit.h"
 #include "core/diagnostics.h"
 #include "core/keys.h"
+#include "document/arrange.h"
 #include "document/boxes_layer.h"
 #include "document/global.h"
 #include "document/image_layer.h"
@@ -355,6 +356,7 @@ void MainImpact::draw_marks(nano2d::context* context) {
         effective_zoom = live_output ? 1.0f : zoom;
         draw_custom_path_marks(context, *screen);
     }
+    if (!live_output) m_selection.draw(context);
     const bool label_marked = hover_raster_label || isPosValid(label_drag_start);
     if (!label_marked && current) {
         const float z = effective_zoom;
@@ -397,10 +399,10 @@ void MainImpact::draw_layer_outline(nano2d::context* context, const app_layer& l
     const float ox = float(layer.get_offset_x()), oy = float(layer.get_offset_y());
     float X = ox * z, Y = oy * z;
     float W = float(layer.get_width()) * z, H = float(layer.get_height()) * z;
+    // The selection's marks show where a block move goes.
+    if (isPosValid(move_delta) && m_selection.moves_with(layer)) return;
     if (isPosValid(move_delta)) {
-        const QPoint to =
-            snap(layer, QPoint(held_int(ox - float(move_delta.x()) / z, offset_limit),
-                               held_int(oy - float(move_delta.y()) / z, offset_limit)));
+        const QPoint to = snap(layer, move_target(layer));
         X -= float(held_int(z * (ox - float(to.x()))));
         Y -= float(held_int(z * (oy - float(to.y()))));
     } else if (resize_handle >= 0 && isPosValid(resize_delta)) {
@@ -458,28 +460,8 @@ void MainImpact::snap_paper(int& x, int& y, bool& done_x, bool& done_y) const {
     if (done_x && done_y) return;
     const pointer<app_layer> layer = workspace->current_layer();
     if (!layer) return;
-    // In 64 bits: offsets typed near the 32-bit limit must not overflow.
-    const long long w = layer->get_width(), h = layer->get_height();
-    const long long W = workspace->get_paper_width(), H = workspace->get_paper_height();
-    const long long X = x, Y = y;
-    if (!done_x) {
-        if (std::llabs(X) < snap_threshold) {
-            x = 0;
-            done_x = true;
-        } else if (std::llabs(X + w - W) < snap_threshold) {
-            x = int(W - w);
-            done_x = true;
-        }
-    }
-    if (!done_y) {
-        if (std::llabs(Y) < snap_threshold) {
-            y = 0;
-            done_y = true;
-        } else if (std::llabs(Y + h - H) < snap_threshold) {
-            y = int(H - h);
-            done_y = true;
-        }
-    }
+    if (!done_x) done_x = snap_to_raster(x, layer->get_width(), workspace->get_paper_width());
+    if (!done_y) done_y = snap_to_raster(y, layer->get_height(), workspace->get_paper_height());
 }
 
 void MainImpact::snap_others(int& x, int& y, bool& done_x, bool& done_y) const {
@@ -497,36 +479,15 @@ void MainImpact::snap_others(int& x, int& y, bool& done_x, bool& done_y) const {
     }
 }
 
-namespace {
-// The first of the four edge pairs closer than the threshold: left on left,
-// left on right, right on left, right on right.
-bool snap_axis(int& v, int size, int other, int other_size, int threshold) {
-    // In 64 bits: offsets typed near the 32-bit limit must not overflow.
-    const long long a = v, size_a = size, b = other, size_b = other_size;
-    const long long candidates[4][2] = {{a - b, b},
-                                        {a - (b + size_b), b + size_b},
-                                        {a + size_a - b, b - size_a},
-                                        {a + size_a - (b + size_b), b + size_b - size_a}};
-    for (const auto& c : candidates)
-        if (c[0] > -threshold && c[0] < threshold) {
-            v = int(c[1]); // wraps, as a 32-bit sum did
-            return true;
-        }
-    return false;
-}
-} // namespace
-
 void MainImpact::snap_other(int& x, int& y, bool& done_x, bool& done_y,
                             const pointer<app_layer>& other) const {
     if (done_x && done_y) return;
     const pointer<app_layer> layer = workspace->current_layer();
     if (!layer) return;
     if (!done_x)
-        done_x = snap_axis(x, layer->get_width(), other->get_offset_x(), other->get_width(),
-                           snap_threshold);
+        done_x = snap_axis(x, layer->get_width(), other->get_offset_x(), other->get_width());
     if (!done_y)
-        done_y = snap_axis(y, layer->get_height(), other->get_offset_y(), other->get_height(),
-                           snap_threshold);
+        done_y = snap_axis(y, layer->get_height(), other->get_offset_y(), other->get_height());
 }
 
 // ---------------------------------------------------------------- hit tests
@@ -644,7 +605,7 @@ void MainImpact::mouse_button_event(const QPoint& p, Qt::MouseButton button, boo
                                     std::uint64_t modifiers) {
     if (down)
         press(p, button, modifiers);
-    else
+    else if (!m_selection.release())
         release(workspace->current_layer());
 }
 
@@ -657,6 +618,7 @@ void MainImpact::press(const QPoint& p, Qt::MouseButton button, std::uint64_t mo
     const pointer<app_layer> current = workspace->current_layer();
     label_drag_start = invalidPos();
     pan_drag_start = invalidPos();
+    if (m_selection.press(p, modifiers)) return; // Alt alone selects screens
     if (!current) return;
     auto* screen = dynamic_cast<boxes_layer*>(current.get());
     const QPointF q = screenToLayer(p, *current);
@@ -754,11 +716,16 @@ void MainImpact::end_selection(const pointer<app_layer>& current) {
     redraw();
 }
 
-void MainImpact::end_move(app_layer& layer) {
+QPoint MainImpact::move_target(const app_layer& layer) const {
     const float dx = float(move_delta.x()) / effective_zoom;
     const float dy = float(move_delta.y()) / effective_zoom;
-    int nx = held_int(float(layer.get_offset_x()) - dx, offset_limit);
-    int ny = held_int(float(layer.get_offset_y()) - dy, offset_limit);
+    return QPoint(held_int(float(layer.get_offset_x()) - dx, offset_limit),
+                  held_int(float(layer.get_offset_y()) - dy, offset_limit));
+}
+
+void MainImpact::end_move(app_layer& layer) {
+    if (m_selection.moves_with(layer)) return m_selection.end_block_move(layer, move_target(layer));
+    int nx = move_target(layer).x(), ny = move_target(layer).y();
     snap(nx, ny);
     layer.set_offset_x(nx);
     layer.set_offset_y(ny);
@@ -796,6 +763,7 @@ void MainImpact::end_resize(const pointer<app_layer>& current) {
 
 void MainImpact::mouse_motion_event(const QPoint& p, const QPoint& delta, std::uint64_t modifiers) {
     pointer_position = p;
+    m_selection.motion(p);
     const bool over_label = hit_test_raster_label(p.x(), p.y());
     if (over_label != hover_raster_label) {
         hover_raster_label = over_label;

@@ -3,6 +3,7 @@
 // The same widget, in live-output mode, shows the frame at full size on
 // another monitor.
 
+#include "canvas/selection.h"
 #include "core/types.h"
 #include "render/draw2d_context.h"
 
@@ -84,6 +85,10 @@ class MainImpact : public QWidget {
     void set_live_output_to_monitor(long long monitor);
     // Drops a move or resize in progress (the modifier was released).
     void cancel_drag();
+    // Where a move of layer in progress puts it, before snapping.
+    QPoint move_target(const app_layer& layer) const;
+    // The screens selected, and what the mouse and keys do with them.
+    selection_tool& selection() { return m_selection; }
     // Where a layer moved to x, y would land after snapping to the raster
     // and the other layers: each axis snaps at most once, to the first
     // edge closer than 20 raster pixels, the raster first.
@@ -143,8 +148,6 @@ class MainImpact : public QWidget {
     void redraw();
     // Selects the layer under p when auto-select is on.
     void auto_select(const QPoint& p);
-    // The snap distance, in raster pixels: strictly closer snaps.
-    static constexpr int snap_threshold = 20;
     QPoint m_last_mouse;
 
     // The part of the frame this widget shows, over the background, as it
@@ -196,6 +199,8 @@ class MainImpact : public QWidget {
     QPoint m_view_pan;
     QSize m_view_size;
     bool m_has_view = false;
+
+    selection_tool m_selection{*this, *workspace};
 };
 
 } // namespace Vantora_TesserinePro

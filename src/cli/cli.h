@@ -25,6 +25,7 @@ int cmd_power(const args& a);
 int cmd_render(const args& a);
 int cmd_export_resolume(const args& a);
 int cmd_report(const args& a);
+int cmd_pack(const args& a);
 
 // Exit statuses.
 constexpr int exit_ok = 0;

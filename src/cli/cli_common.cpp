@@ -56,6 +56,11 @@ const command_help commands_help[] = {
     {"report", "report FILE -o OUT.pdf [--page a4|letter]",
      "Writes the show report as a PDF: the frame, a page per screen layer\n"
      "with its figures and port loads, and the totals of the project.\n"},
+    {"pack", "pack FILE -o OUT [--gap N]",
+     "Places every visible screen layer on the raster without overlap, in the\n"
+     "order of the layer list (top first), in rows from the top left corner\n"
+     "with N pixels between them (0 unless given), and writes the project to\n"
+     "OUT; FILE stays as it is. Screens that do not fit change nothing.\n"},
 };
 
 const command_help* find_help(const std::string& command) {

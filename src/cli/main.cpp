@@ -33,7 +33,7 @@ int main(int argc, char** argv) {
         {"presets", &cli::cmd_presets}, {"route", &cli::cmd_route},
         {"power", &cli::cmd_power},
         {"render", &cli::cmd_render},   {"export-resolume", &cli::cmd_export_resolume},
-        {"report", &cli::cmd_report},
+        {"report", &cli::cmd_report},   {"pack", &cli::cmd_pack},
     };
     // Options before the command word are the program's own; what follows
     // the word is the command's.

@@ -23,6 +23,8 @@ inline const QColor title_bar(0x3e, 0x3e, 0x3e);
 inline const QColor palette_border(0x18, 0x18, 0x18);
 inline const QColor title_text(0xdc, 0xdc, 0xdc);
 inline const QColor text(0xc8, 0xc8, 0xc8);
+// The marks of the selected screens, on the canvas and in the layer list.
+inline const QColor selection(0x33, 0xaa, 0xff);
 // Entries that cannot run now (nothing to undo).
 inline const QColor disabled_text(0x6e, 0x6e, 0x6e);
 

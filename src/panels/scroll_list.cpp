@@ -1,5 +1,8 @@
 #include "panels/scroll_list.h"
 
+#include "app/main_screen.h"
+#include "canvas/main_impact.h"
+#include "core/keys.h"
 #include "document/boxes_layer.h"
 #include "document/global.h"
 #include "document/image_layer.h"
@@ -9,6 +12,7 @@
 #include "render/draw2d_context.h"
 
 #include <QGridLayout>
+#include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPaintEvent>
@@ -424,6 +428,31 @@ QWidget* W_LayerScrollList::selected_item() const {
     return item ? item->row : nullptr;
 }
 
+namespace {
+// The selection of the canvas beside the list, if there is one.
+selection_tool* selection_of(const QWidget* list) {
+    MainScreen* screen = MainScreen::of(const_cast<QWidget*>(list));
+    return screen && screen->main_impact() ? &screen->main_impact()->selection() : nullptr;
+}
+} // namespace
+
+bool W_LayerScrollList::is_item_marked(const QWidget* item) const {
+    const selection_tool* tool = selection_of(this);
+    const long long index = tool ? child_layer_index(item) : -1;
+    return index >= 0 && tool->screens().contains(index);
+}
+
+bool W_LayerScrollList::select(long long index) {
+    // Ctrl+click adds the screen to the selection or takes it out; the
+    // current layer stays.
+    selection_tool* tool = selection_of(this);
+    if (tool && (modifier_groups(QGuiApplication::keyboardModifiers()) & keys::group_b))
+        tool->toggle(index);
+    else
+        m_global->host().set_current_layer_to(*m_global, index, true);
+    return false;
+}
+
 void W_LayerScrollList::finish_new(list_item* item, long long index) {
     auto* grid = static_cast<QGridLayout*>(item->clickable->layout());
     item->visible = new CheckboxWithFocus(item->clickable, "Visible");
@@ -462,11 +491,7 @@ void W_LayerScrollList::finish_new(list_item* item, long long index) {
             [this, item] { m_global->move_layer_to_visual_top_by_1(item->index); });
     connect(item->down, &QPushButton::clicked, this,
             [this, item] { m_global->move_layer_to_visual_bottom_by_1(item->index); });
-    const auto select = [this, item] {
-        m_global->host().set_current_layer_to(*m_global, item->index, true);
-        return false;
-    };
-    item->clickable->set_callback(select);
+    item->clickable->set_callback([this, item] { return select(item->index); });
 }
 
 void W_LayerScrollList::update(list_item* item, long long index) {
@@ -484,10 +509,7 @@ void W_LayerScrollList::on_init_contained_item(list_item* item, long long) {
         QWidget::update();
         return true;
     };
-    item->picture->set_callback([this, item] {
-        m_global->host().set_current_layer_to(*m_global, item->index, true);
-        return false;
-    });
+    item->picture->set_callback([this, item] { return select(item->index); });
     for (ClickableWidget* w :
          {(ClickableWidget*)item->picture, item->clickable, (ClickableWidget*)item->row}) {
         w->set_drag_group(group);

@@ -140,8 +140,12 @@ class W_LayerScrollList : public ScrollList {
   public:
     W_LayerScrollList(QWidget* parent, Global* global) : ScrollList(parent, global, true) {}
     QWidget* selected_item() const override;
+    bool is_item_marked(const QWidget* item) const override;
 
   protected:
+    // A click on a row: it becomes current, or with Ctrl joins or leaves
+    // the selection.
+    bool select(long long index);
     void on_init_contained_item(list_item* item, long long index) override;
     void finish_new(list_item* item, long long index) override;
     void update(list_item* item, long long index) override;

@@ -9,6 +9,7 @@
 #include "document/boxes_layer.h"
 #include "document/global.h"
 #include "document/image_layer.h"
+#include "panels/arrange_palette.h"
 #include "panels/look.h"
 
 #include <QCursor>
@@ -75,6 +76,13 @@ template <void (MainScreen::*Show)()> command show() {
     };
 }
 
+// An Arrange command on the selected screens.
+command arrange(arrange_command c) {
+    return [c](Global&, MainScreen* screen) {
+        if (screen && screen->main_impact()) screen->main_impact()->selection().arrange(c);
+    };
+}
+
 // "New" asks before unsaved work goes, and is one step that can be undone.
 void new_document(Global& g, MainScreen* s) {
     UndoController* undo = s ? s->undo_controller() : nullptr;
@@ -119,6 +127,19 @@ const std::map<std::string, command>& command_table() {
         {"Clone Current Layer", [](Global& g, MainScreen*) { g.clone_current_layer(); }},
         // The tooltip promises a warning; the layer goes at once.
         {"Delete Current Layer", [](Global& g, MainScreen*) { g.delete_current_layer(); }},
+        {"Align Left", arrange(arrange_command::align_left)},
+        {"Align Right", arrange(arrange_command::align_right)},
+        {"Align Top", arrange(arrange_command::align_top)},
+        {"Align Bottom", arrange(arrange_command::align_bottom)},
+        {"Align Horizontal Centres", arrange(arrange_command::align_horizontal_centres)},
+        {"Align Vertical Centres", arrange(arrange_command::align_vertical_centres)},
+        {"Distribute Horizontally", arrange(arrange_command::distribute_horizontally)},
+        {"Distribute Vertically", arrange(arrange_command::distribute_vertically)},
+        {"Pack", arrange(arrange_command::pack)},
+        {"Arrange Palette",
+         [](Global&, MainScreen* screen) {
+             if (screen) toggle_arrange_palette(*screen);
+         }},
         {"Background Color", on_screen([](boxes_layer& l) { l.switch_all_exclude_boxes(); })},
         {"Outline", toggle<&BoxesLayerDescription::DrawGrid>()},
         {"Centering Circle", toggle<&BoxesLayerDescription::DrawCircle>()},
@@ -321,7 +342,17 @@ void TopMenu::paintEvent(QPaintEvent*) {
     p.fillRect(rect(), bar_normal);
     p.setFont(look::sans(18));
     p.setPen(title_color);
-    p.drawText(rect(), Qt::AlignCenter, "Tesserine Pro");
+    // Centred, but in a narrow window never over the section titles.
+    const QString title = "Tesserine Pro";
+    const int w = p.fontMetrics().horizontalAdvance(title);
+    const auto& items = m_main->items();
+    const int titles_end =
+        items.empty() ? 0 : items.back()->mapTo(this, QPoint(items.back()->width(), 0)).x() + 15;
+    if ((width() - w) / 2 >= titles_end)
+        p.drawText(rect(), Qt::AlignCenter, title);
+    else
+        p.drawText(QRect(titles_end, 0, w, rect().height()), Qt::AlignLeft | Qt::AlignVCenter,
+                   title);
 }
 
 void TopMenu::mousePressEvent(QMouseEvent* event) {

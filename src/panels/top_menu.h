@@ -90,7 +90,7 @@ class TopMenu : public QWidget {
 class TopMenuSubmenu : public QWidget, public item_container {
   public:
     // The drop-down of the monitors.
-    static constexpr long long live_output_section = 5;
+    static constexpr long long live_output_section = 6;
 
     TopMenuSubmenu(Global* global, QWidget* parent, const std::string& section_text);
 

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Drives the built tesserine command line as a user would and checks its
-# outputs and exit codes: new, info, presets, route and export-resolume,
+# outputs and exit codes: new, info, presets, route, export-resolume, pack,
 # bad input, and failed writes. render has a script of its own.
 # Usage: e2e.sh PATH_TO_TESSERINE
 source "$(dirname "${BASH_SOURCE[0]}")/common.bash" "$1"
@@ -215,6 +215,25 @@ for words in --help -h help; do
 done
 expect 0 "$BIN" route --help && same "$(head -n 1 out.txt)" "usage: tesserine route FILE [--layer N] [--json]"
 
+# --- pack ----------------------------------------------------------------
+# The visible screens in list order (top first) with a gap of 5; the picture
+# and the hidden screen stay, and so does FILE. Too wide a gap, a bad gap
+# and OUT naming FILE write nothing.
+project stage.tsrx 100 50 "$(wall A OffsetX:70 OffsetY:30)" \
+  "$(record 2 "$(printf 'Name:Picture\nOffsetX:5')")" "$(wall B Hidden:1 OffsetX:9)" \
+  "$(wall C Columns:2 Rows:2)"
+cp stage.tsrx before.tsrx
+offsets() { "$BIN" info "$1" | python3 -c 'import json, sys
+print(";".join("%s %d %d" % (l["name"], l["offset_x"], l["offset_y"]) for l in json.load(sys.stdin)["layers"]))'; }
+expect 0 "$BIN" pack stage.tsrx -o packed.tsrx --gap 5 && same "$(offsets packed.tsrx)" "A 25 0;Picture 5 0;B 9 0;C 0 0"
+for words in "--gap=70 -o wide.tsrx:1" "--gap -1 -o wide.tsrx:2" "--gap=x -o wide.tsrx:2" "-o stage.tsrx:2"; do
+  # shellcheck disable=SC2086
+  expect "${words##*:}" "$BIN" pack stage.tsrx ${words%:*}
+done
+contains err.txt "is the input"
+absent wide.tsrx
+cmp -s stage.tsrx before.tsrx && ok || fail "pack changed its input"
+
 # --- failed writes leave earlier files whole ------------------------------
 mkdir locked
 cp wall.tsrx locked/wall.tsrx
@@ -235,7 +254,8 @@ run_locked() { # runs a command that must fail to write into locked/
 snapshot() { (cd locked && ls -A && cat ./*); }
 before="$(snapshot)"
 for words in "new -o locked/wall.tsrx" "render wall.tsrx -o locked/frame.png" \
-  "render wall.tsrx -o locked/frame.psd" "export-resolume wall.tsrx -o locked/setup.xml"; do
+  "render wall.tsrx -o locked/frame.psd" "export-resolume wall.tsrx -o locked/setup.xml" \
+  "pack wall.tsrx -o locked/wall.tsrx"; do
   # shellcheck disable=SC2086
   expect 1 run_locked "$BIN" $words
 done

@@ -2,6 +2,7 @@
 
 #include "app/main_screen.h"
 #include "document/global.h"
+#include "panels/look.h"
 
 #include <QApplication>
 #include <QMouseEvent>
@@ -130,7 +131,10 @@ QColor WidgetWithBackground::current_color() const {
 }
 
 void WidgetWithBackground::paintEvent(QPaintEvent*) {
-    QPainter(this).fillRect(rect(), current_color());
+    QPainter p(this);
+    p.fillRect(rect(), current_color());
+    if (const item_container* c = container(); c && c->is_item_marked(this))
+        p.fillRect(QRect(0, 0, 4, height()), look::selection);
 }
 
 void WidgetWithBackground::enterEvent(QEnterEvent* event) {

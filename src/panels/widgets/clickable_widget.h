@@ -22,6 +22,8 @@ class item_container {
     virtual ~item_container() = default;
     virtual bool is_item_selected(const QWidget* item) const = 0;
     virtual bool is_item_hover(const QWidget* item) const { return item->underMouse(); }
+    // Marked beside selected or not: a screen of the selection.
+    virtual bool is_item_marked(const QWidget*) const { return false; }
     virtual void on_item_hover(QWidget*) {}
 };
 
