@@ -192,3 +192,13 @@ control_at() {
 }
 # a_dialog_is_open: after a fresh map, whether a dialog or popup is open.
 a_dialog_is_open() { grep -q '^modal' map.txt; }
+
+# check WHAT CMD...: runs CMD and counts it in passed or failed, naming a
+# failure on standard error.
+passed=0
+failed=0
+check() {
+  local what="$1"
+  shift
+  if "$@"; then passed=$((passed + 1)); else echo "FAIL: $what" >&2; failed=$((failed + 1)); fi
+}

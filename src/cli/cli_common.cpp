@@ -46,6 +46,11 @@ const command_help commands_help[] = {
      "The power plan of every screen layer, or of layer N: each circuit with\n"
      "its phase, first and last cabinet, cabinets, watts, amperes and share of\n"
      "the breaker rating, then the amperes of each phase and the totals.\n"},
+    {"bom", "bom FILE [--json | --csv]",
+     "The bill of materials of the visible screen layers: cabinets by kind\n"
+     "(full, half and spare), processors, data cables and jumpers, power feeds\n"
+     "and jumpers, weights, and the totals; --csv as RFC 4180 with the header\n"
+     "item,kind,count,unit_weight_kg,weight_kg,notes.\n"},
     {"render", "render FILE... -o OUT [--format EXT] [--transparent] [--only-current]",
      "Renders the frame; the extension of OUT picks PNG, TGA, BMP, JPG or a\n"
      "layered PSD. With --format, or with several FILEs, OUT is a folder\n"

@@ -91,6 +91,8 @@ struct BoxesLayerDescription {
     std::int32_t CircuitDerate = 80; // per cent of the rating a circuit may carry
     std::int32_t PowerPattern = -1;  // 0-7 as SnakeMode; below 0: SnakeMode
     std::int32_t DrawPowerPath = 0;
+    double CabinetWeight = 0;       // kg a full cabinet; 0: not known
+    std::int32_t SparePercent = 0;  // spare cabinets to bring, per cent
 
     int power_pattern() const { return PowerPattern >= 0 ? PowerPattern : SnakeMode; }
 };

@@ -55,6 +55,8 @@ string key_caption(const string& key) {
         {"CircuitAmps", "Circuit Rating"},
         {"CircuitDerate", "Derate"},
         {"DrawPowerPath", "Power Path"},
+        {"CabinetWeight", "Cabinet Weight"},
+        {"SparePercent", "Spare Cabinets"},
     };
     if (auto it = captions.find(key); it != captions.end()) return it->second;
     string text;

@@ -6,6 +6,8 @@
 #include "core/number_reader.h"
 #include "document/boxes_layer.h"
 
+#include <charconv>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <stdexcept>
@@ -152,6 +154,20 @@ const key_reader long_list[] = {
 template <auto Field> std::string integer_text(const BoxesLayerDescription& record) {
     return std::to_string(record.*Field);
 }
+// A weight as typed: the shortest text that reads back as the same number.
+template <auto Field> std::string decimal_text(const BoxesLayerDescription& record) {
+    char buffer[64];
+    const auto end = std::to_chars(buffer, buffer + sizeof buffer, record.*Field).ptr;
+    return std::string(buffer, end);
+}
+// A weight is a finite number of 0 or more; anything else costs the key.
+template <auto Field> void read_weight(BoxesLayerDescription& record, const std::string& value) {
+    char* end = nullptr;
+    const double read = std::strtod(value.c_str(), &end);
+    if (end == value.c_str() || *end != '\0' || !std::isfinite(read) || read < 0)
+        throw std::invalid_argument("not a weight of 0 or more");
+    record.*Field = read;
+}
 
 // Keys beyond the design's: read like the others, written after them where
 // they differ from the default.
@@ -164,6 +180,8 @@ const extension_key extension_keys[] = {
     {{"CircuitDerate", &read_integer<&D::CircuitDerate>}, &integer_text<&D::CircuitDerate>},
     {{"PowerPattern", &read_integer<&D::PowerPattern>}, &integer_text<&D::PowerPattern>},
     {{"DrawPowerPath", &read_integer<&D::DrawPowerPath>}, &integer_text<&D::DrawPowerPath>},
+    {{"CabinetWeight", &read_weight<&D::CabinetWeight>}, &decimal_text<&D::CabinetWeight>},
+    {{"SparePercent", &read_integer<&D::SparePercent>}, &integer_text<&D::SparePercent>},
 };
 
 bool apply_reader(BoxesLayerDescription& record, const key_reader& reader, const string& key,
