@@ -152,7 +152,7 @@ MUTANTS=(
   "fit-not-on-open|src/canvas/main_impact.cpp|s/if (!live_output \&\& m_fitted_opens != workspace->documents_opened) fit_view();//"
   "frame-held-for-ever|src/app/main_screen.cpp|s/m_main_impact->set_frame_held(false);//"
   "presets-never-listed|src/app/main_screen.cpp|s/m_presets_shown = true;//"
-  "first-start-data-under-colors|src/app/palette_places.cpp|s/std::max(b.under(colors), b.under(power))/b.under(colors)/"
+  "first-start-colors-over-data|src/app/palette_places.cpp|s/b.put(colors, b.right_of(boxes), b.under(snake));/b.put(colors, b.right_of(boxes), canvas_top);/"
   "reach-without-grip|src/app/palette_places.cpp|s/const int held = std::min(grip, palette.width());/const int held = 0;/"
   "reach-not-after-drag|src/panels/settings_base_window.cpp|s/if (MainScreen\* screen = main_screen()) screen->keep_within_reach(this);//"
   # Many screens at once: packing, aligning, spacing, the block, the

@@ -35,6 +35,15 @@ in_scratch_folder() {
   cd "$WORK" || exit 1
 }
 
+# screen_info_only: a palette layout saved with Screen Info alone at the top
+# left, for scripts that press on the raster at fixed points of the canvas
+# (a first start places more palettes where a screen allows).
+screen_info_only() {
+  mkdir -p "$XDG_DATA_HOME/Tesserine"
+  printf '{"boxes_x": 10, "boxes_y": 70, "boxes_visible": true}\n' \
+    >"$XDG_DATA_HOME/Tesserine/settings_layout.network_payload"
+}
+
 stop_all() {
   [ -n "$APP_PID" ] && kill "$APP_PID" 2>/dev/null
   [ -n "$XVFB_PID" ] && kill "$XVFB_PID" 2>/dev/null

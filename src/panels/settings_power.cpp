@@ -73,25 +73,28 @@ SettingsPower::SettingsPower(QWidget* parent, Global* global)
     watts->setFixedSize(70, 22);
     add(make_caption(grid_widget, "Watts"), watts);
     show_custom(false);
+    // The plan's own inputs beside the design's, so that the palette stays
+    // short enough to stand under Screen Info on a laptop's screen; the row
+    // of custom volts (1) stays the left column's alone and folds away.
+    const auto put = [&](const char* caption, QWidget* control, const char* name, int at,
+                         int side) {
+        control->setObjectName(name);
+        if (control != power_path) control->setFixedSize(70, 22);
+        QLabel* label = make_caption(grid_widget, caption);
+        if (side) label->setContentsMargins(10, 0, 0, 0); // apart from the first column
+        grid->addWidget(label, at, side * 2, cell);
+        grid->addWidget(control, at, side * 2 + 1, cell);
+    };
     circuit_amps = new IntBox(grid_widget);
-    circuit_amps->setFixedSize(70, 22);
-    circuit_amps->setObjectName("CircuitAmps");
-    add(make_caption(grid_widget, "Circuit Rating (A)"), circuit_amps);
+    put("Circuit Rating (A)", circuit_amps, "CircuitAmps", 0, 1);
     derate = new IntBox(grid_widget);
-    derate->setFixedSize(70, 22);
-    derate->setObjectName("CircuitDerate");
-    add(make_caption(grid_widget, "Derate (%)"), derate);
-    power_path = new CheckboxWithFocus(grid_widget);
-    power_path->setObjectName("PowerPath");
-    add(make_caption(grid_widget, "Power Path"), power_path);
+    put("Derate (%)", derate, "CircuitDerate", 2, 1);
     cabinet_weight = make_text_box(grid_widget);
-    cabinet_weight->setFixedSize(70, 22);
-    cabinet_weight->setObjectName("CabinetWeight");
-    add(make_caption(grid_widget, "Cabinet Weight (kg)"), cabinet_weight);
+    put("Cabinet Weight (kg)", cabinet_weight, "CabinetWeight", 3, 1);
+    power_path = new CheckboxWithFocus(grid_widget);
+    put("Power Path", power_path, "PowerPath", 4, 0);
     spares = new IntBox(grid_widget);
-    spares->setFixedSize(70, 22);
-    spares->setObjectName("SparePercent");
-    add(make_caption(grid_widget, "Spares (%)"), spares);
+    put("Spares (%)", spares, "SparePercent", 4, 1);
 
     total = make_caption(body(), "Total Power: 0 Amp");
     pattern = new SettingsDataDiagram::W_SnakeChoicer(

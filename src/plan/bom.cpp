@@ -214,9 +214,11 @@ std::string bom_line(const bill_of_materials& bom) {
                  (t.unknown_weight_cabinets
                       ? " + " + grouped(t.unknown_weight_cabinets) + " unweighed"
                       : "");
-    return grouped(t.cabinets) + " cabinets \u00b7 " + weight + " \u00b7 " +
-           grouped(t.ports + t.backup_ports) + " ports \u00b7 " + grouped(t.circuits) +
-           " circuits";
+    const auto counted = [](std::int64_t n, const char* thing) {
+        return grouped(n) + " " + thing + (n == 1 ? "" : "s");
+    };
+    return counted(t.cabinets, "cabinet") + " \u00b7 " + weight + " \u00b7 " +
+           counted(t.ports + t.backup_ports, "port") + " \u00b7 " + counted(t.circuits, "circuit");
 }
 
 } // namespace Vantora_TesserinePro::plan

@@ -13,6 +13,7 @@ ROOT="$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)"
 source "$ROOT/scripts/xvfb.bash"
 
 in_scratch_folder
+screen_info_only
 
 # Generous: CI is a loaded two-core machine, and a wait ends as soon as
 # what it waits for is there.
