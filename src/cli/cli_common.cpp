@@ -46,10 +46,15 @@ const command_help commands_help[] = {
      "The power plan of every screen layer, or of layer N: each circuit with\n"
      "its phase, first and last cabinet, cabinets, watts, amperes and share of\n"
      "the breaker rating, then the amperes of each phase and the totals.\n"},
-    {"render", "render FILE... -o OUT [--format EXT] [--transparent] [--only-current]",
+    {"render",
+     "render FILE... -o OUT [--format EXT] [--transparent] [--only-current]\n"
+     "                        [--pattern NAME] [--identify KIND[:N]]",
      "Renders the frame; the extension of OUT picks PNG, TGA, BMP, JPG or a\n"
      "layered PSD. With --format, or with several FILEs, OUT is a folder\n"
-     "that gets one NAME.EXT for each FILE.\n"},
+     "that gets one NAME.EXT for each FILE. --pattern bars|grey|crosshatch|\n"
+     "red|green|blue|white|black writes that test pattern on the screens'\n"
+     "cabinets instead of the map; --identify ports|circuits|cabinets[:N]\n"
+     "writes what the live output shows to identify port or circuit N.\n"},
     {"export-resolume", "export-resolume FILE -o OUT",
      "Writes the Resolume Arena screen setup (OUT with its extensions\n"
      "replaced by .xml) and prints the path written.\n"},
