@@ -1,6 +1,7 @@
 // What the live output shows on the 8K wall of 16 screens instead of the
 // map: a test pattern, an identify step and every cabinet's ID, each made
-// whole, to compare with frame_8k_16layers (a full map rebuild).
+// whole into the frame the live output keeps, to compare with
+// frame_8k_16layers (a full map rebuild into the kept composite).
 
 #include "bench_workspaces.h"
 #include "render/test_patterns.h"
@@ -11,30 +12,44 @@ using namespace Vantora_TesserinePro;
 
 namespace {
 
-template <class Make> void wall_frame(benchmark::State& state, Make make) {
+template <class Draw> void wall_frame(benchmark::State& state, Draw draw) {
     Global global;
     bench::make_8k_workspace(global);
-    for (auto _ : state)
-        benchmark::DoNotOptimize(make(global).constBits());
+    const std::vector<wall_cabinet> cabinets = wall_cabinets(global);
+    image frame;
+    draw(frame, global, cabinets);
+    for (auto _ : state) {
+        draw(frame, global, cabinets);
+        benchmark::DoNotOptimize(frame.constBits());
+    }
 }
+using cabinet_list = const std::vector<wall_cabinet>;
 
 void pattern_bars_8k_16layers(benchmark::State& state) {
-    wall_frame(state, [](Global& g) { return pattern_frame(g, test_pattern::bars); });
+    wall_frame(state, [](image& f, Global& g, cabinet_list& c) {
+        draw_pattern_frame(f, g, c, test_pattern::bars);
+    });
 }
 BENCHMARK(pattern_bars_8k_16layers)->Unit(benchmark::kMillisecond);
 
 void pattern_crosshatch_8k_16layers(benchmark::State& state) {
-    wall_frame(state, [](Global& g) { return pattern_frame(g, test_pattern::crosshatch); });
+    wall_frame(state, [](image& f, Global& g, cabinet_list& c) {
+        draw_pattern_frame(f, g, c, test_pattern::crosshatch);
+    });
 }
 BENCHMARK(pattern_crosshatch_8k_16layers)->Unit(benchmark::kMillisecond);
 
 void identify_port_8k_16layers(benchmark::State& state) {
-    wall_frame(state, [](Global& g) { return identify_frame(g, identify_kind::ports, 0); });
+    wall_frame(state, [](image& f, Global& g, cabinet_list& c) {
+        draw_identify_frame(f, g, c, identify_kind::ports, 0);
+    });
 }
 BENCHMARK(identify_port_8k_16layers)->Unit(benchmark::kMillisecond);
 
 void identify_cabinets_8k_16layers(benchmark::State& state) {
-    wall_frame(state, [](Global& g) { return identify_frame(g, identify_kind::cabinets, 0); });
+    wall_frame(state, [](image& f, Global& g, cabinet_list& c) {
+        draw_identify_frame(f, g, c, identify_kind::cabinets, 0);
+    });
 }
 BENCHMARK(identify_cabinets_8k_16layers)->Unit(benchmark::kMillisecond);
 

@@ -104,8 +104,10 @@ const image* live_show::frame(std::uint64_t frame_generation, std::uint64_t& gen
     if (!is_active()) return nullptr;
     if (m_dirty || frame_generation != m_frame_generation) {
         m_cabinets = wall_cabinets(m_workspace);
-        m_frame = m_identifying ? identify_frame(m_workspace, m_kind, m_step)
-                                : pattern_frame(m_workspace, m_pattern, m_line_step);
+        if (m_identifying)
+            draw_identify_frame(m_frame, m_workspace, m_cabinets, m_kind, m_step);
+        else
+            draw_pattern_frame(m_frame, m_workspace, m_cabinets, m_pattern, m_line_step);
         m_drawn_line_step = m_line_step;
         m_frame_generation = frame_generation;
         m_dirty = false;

@@ -7,6 +7,7 @@
 #include "render/draw2d_context.h"
 
 #include <QPainter>
+#include <QRegion>
 
 #include <algorithm>
 #include <cmath>
@@ -25,11 +26,35 @@ int whole(float v) {
     return int(std::floor(v));
 }
 
-image blank_raster(const Global& global, bool transparent) {
-    image frame(global.get_paper_width(), global.get_paper_height(),
-                QImage::Format_ARGB32_Premultiplied);
-    frame.fill(transparent ? Qt::transparent : QColor::fromRgba(opaque_black));
-    return frame;
+// Makes frame the raster's size (keeping its pixels when it is) and puts
+// the background where no cabinet is and on excluded cabinets, leaving the
+// rest for the pattern: on the 8K wall every pixel is then written once.
+void clear_around_cabinets(image& frame, const Global& global,
+                           const std::vector<wall_cabinet>& cabinets, bool transparent) {
+    const QSize size(global.get_paper_width(), global.get_paper_height());
+    if (frame.size() != size || frame.format() != QImage::Format_ARGB32_Premultiplied)
+        frame = image(size, QImage::Format_ARGB32_Premultiplied);
+    // A screen's cabinets tile the rectangle they span.
+    QRegion outside(QRect(QPoint(0, 0), size));
+    QRect block;
+    const boxes_layer* layer = nullptr;
+    for (const wall_cabinet& c : cabinets) {
+        if (c.layer != layer) {
+            outside -= block;
+            block = QRect();
+            layer = c.layer;
+        }
+        block |= c.rect;
+    }
+    outside -= block;
+    QPainter painter(&frame);
+    painter.setCompositionMode(QPainter::CompositionMode_Source);
+    const QColor background =
+        transparent ? QColor(Qt::transparent) : QColor::fromRgba(opaque_black);
+    for (const QRect& r : outside)
+        painter.fillRect(r, background);
+    for (const wall_cabinet& c : cabinets)
+        if (c.excluded) painter.fillRect(c.rect, background);
 }
 
 // A span of the screen cut into `parts` equal parts: the part of pixel x.
@@ -173,11 +198,12 @@ std::vector<wall_cabinet> wall_cabinets(const Global& global) {
         screen.for_each_box(
             [&](float x0, float y0, float x1, float y1, unsigned short column, unsigned short row) {
                 const std::uint32_t id = box_id(column, row);
-                if (screen.ExcludeBoxes.contains(id)) return false;
                 const QRect r = QRect(QPoint(ox + whole(x0), oy + whole(y0)),
                                       QPoint(ox + whole(x1) - 1, oy + whole(y1) - 1)) &
                                 raster;
-                if (!r.isEmpty()) cabinets.push_back({r, screen_rect, &screen, id});
+                if (!r.isEmpty())
+                    cabinets.push_back(
+                        {r, screen_rect, &screen, id, screen.ExcludeBoxes.contains(id)});
                 return false;
             },
             false);
@@ -199,42 +225,52 @@ void draw_moving_line(image& frame, const std::vector<wall_cabinet>& cabinets, l
     const QRect line = column ? QRect(at, 0, 1, frame.height()) : QRect(0, at, frame.width(), 1);
     QPainter painter(&frame);
     for (const wall_cabinet& c : cabinets) {
+        if (c.excluded) continue;
         const QRect part = line & c.rect;
         if (!part.isEmpty()) painter.fillRect(part, QColor::fromRgba(colour));
     }
 }
 
+void draw_pattern_frame(image& frame, const Global& global,
+                        const std::vector<wall_cabinet>& cabinets, test_pattern p, long long step,
+                        bool transparent) {
+    clear_around_cabinets(frame, global, cabinets, transparent);
+    std::vector<wall_cabinet> lit;
+    for (const wall_cabinet& c : cabinets)
+        if (!c.excluded) lit.push_back(c);
+    {
+        QPainter painter(&frame);
+        painter.setCompositionMode(QPainter::CompositionMode_Source);
+        switch (p) {
+        case test_pattern::bars:
+            fill_across(painter, lit, 8, [](int part) { return colour_bars[part]; });
+            break;
+        case test_pattern::grey:
+            fill_across(painter, lit, 16, [](int part) { return grey_step(part); });
+            break;
+        case test_pattern::crosshatch:
+            for (const wall_cabinet& c : lit) {
+                const QRect& r = c.rect;
+                painter.fillRect(r.adjusted(1, 1, -1, -1), QColor::fromRgba(opaque_black));
+                for (const QRect& edge : {QRect(r.left(), r.top(), r.width(), 1),
+                                          QRect(r.left(), r.bottom(), r.width(), 1),
+                                          QRect(r.left(), r.top(), 1, r.height()),
+                                          QRect(r.right(), r.top(), 1, r.height())})
+                    painter.fillRect(edge, Qt::white);
+            }
+            break;
+        default:
+            // The map and the moving line start from black cabinets.
+            for (const wall_cabinet& c : lit)
+                painter.fillRect(c.rect, QColor::fromRgba(solid_colour(p)));
+        }
+    }
+    if (p == test_pattern::moving_line) draw_moving_line(frame, cabinets, step, 0xffffffff);
+}
+
 image pattern_frame(const Global& global, test_pattern p, long long step, bool transparent) {
-    image frame = blank_raster(global, transparent);
-    const std::vector<wall_cabinet> cabinets = wall_cabinets(global);
-    if (p == test_pattern::map) return frame;
-    if (p == test_pattern::moving_line) {
-        {
-            QPainter painter(&frame);
-            for (const wall_cabinet& c : cabinets)
-                painter.fillRect(c.rect, QColor::fromRgba(opaque_black));
-        }
-        draw_moving_line(frame, cabinets, step, 0xffffffff);
-        return frame;
-    }
-    QPainter painter(&frame);
-    switch (p) {
-    case test_pattern::bars:
-        fill_across(painter, cabinets, 8, [](int part) { return colour_bars[part]; });
-        break;
-    case test_pattern::grey:
-        fill_across(painter, cabinets, 16, [](int part) { return grey_step(part); });
-        break;
-    case test_pattern::crosshatch:
-        for (const wall_cabinet& c : cabinets) {
-            painter.fillRect(c.rect, Qt::white);
-            painter.fillRect(c.rect.adjusted(1, 1, -1, -1), QColor::fromRgba(opaque_black));
-        }
-        break;
-    default:
-        for (const wall_cabinet& c : cabinets)
-            painter.fillRect(c.rect, QColor::fromRgba(solid_colour(p)));
-    }
+    image frame;
+    draw_pattern_frame(frame, global, wall_cabinets(global), p, step, transparent);
     return frame;
 }
 
@@ -262,26 +298,35 @@ int identify_steps(const Global& global, identify_kind kind) {
     return steps;
 }
 
-image identify_frame(const Global& global, identify_kind kind, int step) {
-    image frame = blank_raster(global, false);
-    const std::vector<wall_cabinet> cabinets = wall_cabinets(global);
+void draw_identify_frame(image& frame, const Global& global,
+                         const std::vector<wall_cabinet>& cabinets, identify_kind kind, int step) {
+    clear_around_cabinets(frame, global, cabinets, false);
     QPainter painter(&frame);
     painter.setRenderHint(QPainter::TextAntialiasing);
     const boxes_layer* layer = nullptr;
     std::unordered_map<std::uint32_t, int> chain_of;
     for (const wall_cabinet& c : cabinets) {
+        if (c.excluded) continue;
         if (c.layer != layer) {
             layer = c.layer;
             chain_of = chain_of_cabinets(*layer, kind == identify_kind::circuits);
         }
         const auto found = chain_of.find(c.id);
         const int chain = found == chain_of.end() ? -1 : found->second;
-        if (kind != identify_kind::cabinets && chain != step) continue;
+        if (kind != identify_kind::cabinets && chain != step) {
+            painter.fillRect(c.rect, QColor::fromRgba(opaque_black));
+            continue;
+        }
         // A cabinet on no port (a screen that cannot be routed) in grey.
         const QColor square = chain < 0 ? QColor(96, 96, 96) : chain_square(chain, c.id);
         painter.fillRect(c.rect, square);
         draw_large_text(painter, c.rect, identify_label(kind, step, *layer, c.id), text_on(square));
     }
+}
+
+image identify_frame(const Global& global, identify_kind kind, int step) {
+    image frame;
+    draw_identify_frame(frame, global, wall_cabinets(global), kind, step);
     return frame;
 }
 

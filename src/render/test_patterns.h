@@ -39,12 +39,13 @@ std::optional<test_pattern> test_pattern_named(const std::string& name);
 
 // One cabinet of a visible screen layer, in whole raster pixels, with the
 // screen it belongs to (its rectangle on the raster too). Excluded cabinets
-// are no part of the wall.
+// are no part of the wall: patterns leave them dark.
 struct wall_cabinet {
     QRect rect;
     QRect screen;
     const boxes_layer* layer = nullptr;
     std::uint32_t id = 0;
+    bool excluded = false;
 };
 // Bottom layer first, row by row; cut to nothing off the raster.
 std::vector<wall_cabinet> wall_cabinets(const Global& global);
@@ -64,6 +65,11 @@ constexpr QRgb grey_step(int step) {
 // draw_moving_line). map gives a black raster: the map is the frame's own.
 image pattern_frame(const Global& global, test_pattern p, long long step = 0,
                     bool transparent = false);
+// The same into frame, whose pixels are reused when it has the raster's
+// size (the live output keeps one), for these cabinets of the workspace.
+void draw_pattern_frame(image& frame, const Global& global,
+                        const std::vector<wall_cabinet>& cabinets, test_pattern p,
+                        long long step = 0, bool transparent = false);
 // The moving line: for step below the raster's width a one-pixel column at
 // x = step, then a one-pixel row at y = step - width, drawn in colour over
 // the cabinets only. Its steps repeat after width + height.
@@ -83,6 +89,8 @@ int identify_steps(const Global& global, identify_kind kind);
 // every cabinet in its port's colours with its ID ("A1") as large as the
 // cabinet holds. A screen whose path cannot be routed stays dark.
 image identify_frame(const Global& global, identify_kind kind, int step);
+void draw_identify_frame(image& frame, const Global& global,
+                         const std::vector<wall_cabinet>& cabinets, identify_kind kind, int step);
 // The text on a lit cabinet: "3", "C3", or the cabinet's ID.
 std::string identify_label(identify_kind kind, int step, const boxes_layer& layer,
                            std::uint32_t id);
