@@ -165,13 +165,13 @@ MUTANTS=(
   "list-ctrl-click-selects|src/panels/scroll_list.cpp|s/        tool->toggle(index);/        tool->toggle(index), m_global->set_current_layer_index(index);/"
   # Test patterns and identify on the wall: cabinets only, edges exact,
   # one chain a step in its colours; the live output shows them and steps.
-  "pattern-on-excluded|src/render/test_patterns.cpp|s/if (screen.ExcludeBoxes.contains(id)) return false;//"
+  "pattern-on-excluded|src/render/test_patterns.cpp|s/if (!c.excluded) lit.push_back(c);/lit.push_back(c);/"
   "pattern-on-hidden|src/render/test_patterns.cpp|0,/layer->is_hidden() || /s///"
-  "crosshatch-two-pixels|src/render/test_patterns.cpp|s/c.rect.adjusted(1, 1, -1, -1)/c.rect.adjusted(1, 1, -2, -1)/"
+  "crosshatch-two-pixels|src/render/test_patterns.cpp|s/QRect(r.right(), r.top(), 1, r.height())/QRect(r.right() - 1, r.top(), 1, r.height())/"
   "bars-across-raster|src/render/test_patterns.cpp|s/(x - screen.left()) \* parts/x * parts/"
   "grey-step-size|src/render/test_patterns.h|s/step \* 17/step * 16/"
   "line-turns-late|src/render/test_patterns.cpp|s/int(column ? step : step - width)/int(column ? step : step - width + 1)/"
-  "identify-lights-more|src/render/test_patterns.cpp|s/chain != step) continue;/chain > step) continue;/"
+  "identify-lights-more|src/render/test_patterns.cpp|s/chain != step) {/chain > step) {/"
   "identify-no-chequer|src/render/test_patterns.cpp|s/const bool dark = (((id >> 16) + (id \& 0xFFFF)) \& 1) != 0;/const bool dark = false;/"
   "identify-step-off-by-one|src/cli/cmd_render.cpp|s/frame.step = std::stoi(number) - 1;/frame.step = std::stoi(number);/"
   "identify-stops-at-end|src/canvas/live_show.cpp|s/m_step = ((m_step + delta) % steps + steps) % steps;/m_step = std::clamp(m_step + delta, 0, steps - 1);/"
