@@ -175,11 +175,26 @@ MUTANTS=(
   "escape-keeps-selection|src/canvas/selection.cpp|s/k == Qt::Key_Escape/k == Qt::Key_F35/"
   "keys-taken-from-fields|src/app/main_screen.cpp|s/if (!release \&\& m_main_impact \&\& !typing_text() \&\&/if (!release \&\& m_main_impact \&\&/"
   "list-ctrl-click-selects|src/panels/scroll_list.cpp|s/        tool->toggle(index);/        tool->toggle(index), m_global->set_current_layer_index(index);/"
+  # Test patterns and identify on the wall: cabinets only, edges exact,
+  # one chain a step in its colours; the live output shows them and steps.
+  "pattern-on-excluded|src/render/test_patterns.cpp|s/if (!c.excluded) lit.push_back(c);/lit.push_back(c);/"
+  "pattern-on-hidden|src/render/test_patterns.cpp|0,/layer->is_hidden() || /s///"
+  "crosshatch-two-pixels|src/render/test_patterns.cpp|s/QRect(r.right(), r.top(), 1, r.height())/QRect(r.right() - 1, r.top(), 1, r.height())/"
+  "bars-across-raster|src/render/test_patterns.cpp|s/(x - screen.left()) \* parts/x * parts/"
+  "grey-step-size|src/render/test_patterns.h|s/step \* 17/step * 16/"
+  "line-turns-late|src/render/test_patterns.cpp|s/int(column ? step : step - width)/int(column ? step : step - width + 1)/"
+  "identify-lights-more|src/render/test_patterns.cpp|s/chain != step) {/chain > step) {/"
+  "identify-no-chequer|src/render/test_patterns.cpp|s/const bool dark = (((id >> 16) + (id \& 0xFFFF)) \& 1) != 0;/const bool dark = false;/"
+  "identify-step-off-by-one|src/cli/cmd_render.cpp|s/frame.step = std::stoi(number) - 1;/frame.step = std::stoi(number);/"
+  "identify-stops-at-end|src/canvas/live_show.cpp|s/m_step = ((m_step + delta) % steps + steps) % steps;/m_step = std::clamp(m_step + delta, 0, steps - 1);/"
+  "identify-left-forward|src/canvas/live_show.cpp|s/key == Qt::Key_Left ? -1 : 1/1/"
+  "live-shows-map-always|src/canvas/main_impact.cpp|s/if (shown_instead) composite = shown_instead;//"
+  "live-frame-kept-after-edit|src/canvas/live_show.cpp|s/if (m_dirty || frame_generation != m_frame_generation) {/if (m_dirty) {/"
 )
 
 CORE_PROGRAMS=(test_core test_document test_persistence test_datapath test_plan test_render test_export test_hardening)
 WINDOW_PROGRAMS=()
-[ -x "$BUILD/tests/test_app" ] && WINDOW_PROGRAMS=(test_app test_canvas test_panels)
+[ -x "$BUILD/tests/test_app" ] && WINDOW_PROGRAMS=(test_app test_canvas test_panels test_live_output)
 PROGRAMS=("${CORE_PROGRAMS[@]}" "${WINDOW_PROGRAMS[@]}")
 
 current=""

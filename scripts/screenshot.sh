@@ -6,7 +6,8 @@
 # and a half at Qt's scale factors 2 and 1.5 (docs/window-scale2.png,
 # docs/window-scale1.5.png), and every palette laid out side by side with
 # the About box open (docs/palettes.png); and the first and third pages of
-# the show report of two walls (docs/report.png).
+# the show report of two walls (docs/report.png); and identify on a second
+# screen, port 2 of two screens lit (docs/identify.png).
 set -euo pipefail
 source "$(dirname "$0")/setup.sh"
 source "$ROOT/scripts/xvfb.bash"
@@ -122,3 +123,29 @@ about_moved() { shoot "$WORK/palettes.png" "$WID" && pixel_is "$WORK/palettes.pn
 wait_for "the About box in its place" 20 about_moved
 cp "$WORK/palettes.png" "$ROOT/docs/palettes.png"
 echo "docs/palettes.png"
+stop_program
+stop_display
+
+# Identify on the wall: port 2 of each screen lit and numbered, as the live
+# output shows it on a second screen, at half size (docs/identify.png).
+start_display 1600x1000 1920x1080
+export XDG_DATA_HOME="$WORK/identify"
+"$BUILD_DIR/tesserine" "$ROOT/tests/data/identify_wall.tsrx" >"$WORK/app.log" 2>&1 &
+APP_PID=$!
+wait_for "the main window" 30 has_window "Tesserine Pro$"
+WID="$(window_id "Tesserine Pro$")"
+for entry in "Live Output to Screen 2" "Identify: Ports"; do
+  for control in "menu|Live Output" "submenu|$entry"; do
+    read -r X Y < <(control_at "${control%%|*}" entry "${control#*|}")
+    xdotool mousemove "$X" "$Y" click 1
+  done
+done
+xdotool windowfocus --sync "$WID" key Right
+# Port 2's colour (the second of the shared palette) is on the wall.
+port_two() {
+  import -display "${DISPLAY}.1" -window root "$WORK/identify.png" 2>/dev/null &&
+    [ "$(convert "$WORK/identify.png" -fill black +opaque "rgb(60,180,75)" -format "%[fx:mean>0.001]" info:)" = 1 ]
+}
+wait_for "port 2 on the second screen" 30 port_two
+convert "$WORK/identify.png" -resize 50% "$ROOT/docs/identify.png"
+echo "docs/identify.png"

@@ -8,6 +8,7 @@
 #include "app/start_steps.h"
 #include "app/undo_controller.h"
 #include "canvas/live_output.h"
+#include "canvas/live_show.h"
 #include "canvas/main_impact.h"
 #include "core/diagnostics.h"
 #include "core/keys.h"
@@ -480,6 +481,12 @@ bool MainScreen::keyboard_event(QKeyEvent* event) {
         }
         return true;
     }
+    // While the wall identifies ports (circuits), Left and Right step it.
+    if (press && held == 0 && m_main_impact && !typing_text() &&
+        (event->key() == Qt::Key_Left || event->key() == Qt::Key_Right) &&
+        !(m_top_menu && m_top_menu->is_showing_any_submenu()) &&
+        live_show_key(m_main_impact->show(), event->key()))
+        return true;
     // The selected screens take their keys first (held arrows repeat; with
     // a selection Ctrl+D duplicates it); a text field and an open menu keep
     // theirs.

@@ -1,10 +1,12 @@
 #include "canvas/live_output.h"
 
 #include "app/application.h"
+#include "canvas/live_show.h"
 #include "canvas/main_impact.h"
 
 #include <QCloseEvent>
 #include <QGuiApplication>
+#include <QKeyEvent>
 #include <QScreen>
 #include <QWindow>
 
@@ -46,6 +48,12 @@ void live_output_window::closeEvent(QCloseEvent* event) {
     event->ignore();
 }
 
+void live_output_window::keyPressEvent(QKeyEvent* event) {
+    live_show* shown = canvas()->shown();
+    if (shown && live_show_key(*shown, event->key())) return;
+    QWidget::keyPressEvent(event);
+}
+
 void live_output_window::resizeEvent(QResizeEvent*) {
     m_screen->setGeometry(0, 0, width(), height());
 }
@@ -73,7 +81,8 @@ std::vector<int> get_live_output_monitors(const QWidget* main_window) {
     return monitors;
 }
 
-void show_live_output(Global& workspace, nano2d::draw2d_context& main_context, long long monitor) {
+void show_live_output(Global& workspace, nano2d::draw2d_context& main_context, long long monitor,
+                      live_show* shown) {
     application* app = application::instance();
     if (!app) return;
     live_output_window* window = app->live_output_window_pointer.get();
@@ -92,6 +101,7 @@ void show_live_output(Global& workspace, nano2d::draw2d_context& main_context, l
         window->canvas()->drawing_context().set_font_sink(main_context.get_font_sink());
         window->winId();
     }
+    window->canvas()->set_show(shown);
     if (QWindow* handle = window->windowHandle()) handle->setScreen(screen);
     window->place_on(screen->geometry());
     window->canvas()->update();

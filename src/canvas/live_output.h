@@ -10,6 +10,7 @@ namespace Vantora_TesserinePro {
 
 class Global;
 class MainImpact;
+class live_show;
 namespace nano2d {
 class draw2d_context;
 }
@@ -36,6 +37,8 @@ class live_output_window : public QWidget {
     void place_on(const QRect& monitor);
 
   protected:
+    // Left and Right step an identify, Escape ends a pattern or identify.
+    void keyPressEvent(QKeyEvent* event) override;
     // A close request does not close it: "No Live Output" hides it.
     void closeEvent(QCloseEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
@@ -51,7 +54,9 @@ std::vector<int> get_live_output_monitors(const QWidget* main_window);
 
 // Shows the frame of workspace on monitor, or hides it for a negative
 // monitor. The live output's canvas shares the image handles of
-// main_context, the main canvas's.
-void show_live_output(Global& workspace, nano2d::draw2d_context& main_context, long long monitor);
+// main_context, the main canvas's, and shows what `shown` chooses (patterns,
+// identify) instead of the map.
+void show_live_output(Global& workspace, nano2d::draw2d_context& main_context, long long monitor,
+                      live_show* shown = nullptr);
 
 } // namespace Vantora_TesserinePro

@@ -1,6 +1,7 @@
 #include "canvas/main_impact.h"
 
 #include "canvas/live_output.h"
+#include "canvas/live_show.h"
 #include "canvas/view_fit.h"
 #include "core/diagnostics.h"
 #include "core/keys.h"
@@ -177,13 +178,19 @@ void MainImpact::draw_second(nano2d::context* context) {
     QPainter* painter = context == &m_context ? m_context.painter() : nullptr;
     {
         const Global::frame_view frame = workspace->read_frame();
-        if (const image* composite = frame.composite()) {
+        const image* composite = frame.composite();
+        std::uint64_t generation = frame.generation();
+        // A pattern or identify frame stands in for the map on the wall.
+        const image* shown_instead =
+            live_output && m_show && composite ? m_show->frame(generation, generation) : nullptr;
+        if (shown_instead) composite = shown_instead;
+        if (composite) {
             // Zoom only ever shrinks the drawing: at most one raster pixel
             // to one screen pixel, at least a quarter.
             zoom = clamped_zoom(zoom);
             effective_zoom = live_output ? 1.0f : zoom;
             if (painter) {
-                update_view(*composite, frame.generation());
+                update_view(*composite, generation);
                 // The view's place in the painter's units; its pixels are
                 // device pixels, so at a display scale it may start between
                 // two units. The background goes where the frame is not.
@@ -216,7 +223,7 @@ void MainImpact::draw_second(nano2d::context* context) {
             painter->fillRect(m_paint_rect, look::screen_background);
         }
     }
-    draw_marks(context);
+    if (!(live_output && m_show && m_show->is_active())) draw_marks(context);
 }
 
 void MainImpact::update_view(const image& composite, std::uint64_t generation) {
@@ -816,7 +823,19 @@ void MainImpact::cancel_drag() {
 }
 
 void MainImpact::set_live_output_to_monitor(long long monitor) {
-    show_live_output(*workspace, m_context, monitor);
+    show_live_output(*workspace, m_context, monitor, &show());
+}
+
+live_show& MainImpact::show() {
+    if (!m_own_show) {
+        m_own_show = std::make_unique<live_show>(*workspace);
+        Global* g = workspace;
+        m_own_show->on_change = [g] { g->host().post_live_output_redraw(); };
+        m_own_show->on_status = [this](const std::string& text) {
+            m_selection.say(QString::fromStdString(text.empty() ? "Map" : text));
+        };
+    }
+    return *m_own_show;
 }
 
 } // namespace Vantora_TesserinePro

@@ -14,6 +14,7 @@
 
 #include <climits>
 #include <cstdint>
+#include <memory>
 #include <vector>
 
 namespace Vantora_TesserinePro {
@@ -21,6 +22,7 @@ namespace Vantora_TesserinePro {
 class Global;
 class app_layer;
 class boxes_layer;
+class live_show;
 
 // Paints of any canvas so far.
 extern long long g_iMainImpactRedraw;
@@ -83,6 +85,11 @@ class MainImpact : public QWidget {
     // Shows the frame full size on monitor (an index into the screens), or
     // hides the live output for a negative one.
     void set_live_output_to_monitor(long long monitor);
+    // What the live output shows instead of the map (patterns, identify):
+    // the main canvas holds it, and the live output's canvas shows it.
+    live_show& show();
+    void set_show(live_show* shown) { m_show = shown; }
+    live_show* shown() const { return m_show; }
     // Drops a move or resize in progress (the modifier was released).
     void cancel_drag();
     // Where a move of layer in progress puts it, before snapping.
@@ -201,6 +208,8 @@ class MainImpact : public QWidget {
     bool m_has_view = false;
 
     selection_tool m_selection{*this, *workspace};
+    std::unique_ptr<live_show> m_own_show;
+    live_show* m_show = nullptr;
 };
 
 } // namespace Vantora_TesserinePro

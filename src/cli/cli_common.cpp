@@ -51,10 +51,15 @@ const command_help commands_help[] = {
      "(full, half and spare), processors, data cables and jumpers, power feeds\n"
      "and jumpers, weights, and the totals; --csv as RFC 4180 with the header\n"
      "item,kind,count,unit_weight_kg,weight_kg,notes.\n"},
-    {"render", "render FILE... -o OUT [--format EXT] [--transparent] [--only-current]",
+    {"render",
+     "render FILE... -o OUT [--format EXT] [--transparent] [--only-current]\n"
+     "                        [--pattern NAME] [--identify KIND[:N]]",
      "Renders the frame; the extension of OUT picks PNG, TGA, BMP, JPG or a\n"
      "layered PSD. With --format, or with several FILEs, OUT is a folder\n"
-     "that gets one NAME.EXT for each FILE.\n"},
+     "that gets one NAME.EXT for each FILE. --pattern bars|grey|crosshatch|\n"
+     "red|green|blue|white|black writes that test pattern on the screens'\n"
+     "cabinets instead of the map; --identify ports|circuits|cabinets[:N]\n"
+     "writes what the live output shows to identify port or circuit N.\n"},
     {"export-resolume", "export-resolume FILE -o OUT",
      "Writes the Resolume Arena screen setup (OUT with its extensions\n"
      "replaced by .xml) and prints the path written.\n"},

@@ -1,6 +1,7 @@
 // tesserine render FILE... -o OUT [--format EXT] [--transparent]
-// [--only-current]: one paint of each workspace, as the canvas would do it,
-// writing the frame to OUT, or into the folder OUT.
+// [--only-current] [--pattern NAME] [--identify KIND[:N]]: one paint of each
+// workspace, as the canvas would do it, writing the frame to OUT, or into
+// the folder OUT; or a test pattern or an identification frame instead.
 
 #include "cli/cli.h"
 
@@ -10,6 +11,7 @@
 #include "document/workspace_host.h"
 #include "render/draw2d_context.h"
 #include "render/image_writers.h"
+#include "render/test_patterns.h"
 
 #include <algorithm>
 #include <cctype>
@@ -20,9 +22,90 @@ namespace Vantora_TesserinePro::cli {
 
 namespace {
 
+// What goes on the wall instead of the map: a pattern, or an identify step.
+struct wall_frame {
+    std::optional<test_pattern> pattern;
+    std::optional<identify_kind> identify;
+    int step = 0;
+    bool any() const { return pattern || identify; }
+};
+
+// Takes "--NAME VALUE" (or "--NAME=VALUE") out of the words: the value, or
+// an error message in `problem`.
+std::optional<std::string> take_value(args& words, const std::string& name, std::string& problem) {
+    std::optional<std::string> value;
+    for (std::size_t i = 0; i < words.size(); ++i) {
+        const bool joined = words[i].rfind(name + "=", 0) == 0;
+        if (words[i] != name && !joined) continue;
+        if (value) problem = name + " given twice";
+        if (joined) {
+            value = words[i].substr(name.size() + 1);
+        } else if (i + 1 < words.size()) {
+            value = words[i + 1];
+            words.erase(words.begin() + std::ptrdiff_t(i) + 1);
+        } else {
+            problem = name + " needs a value";
+            value = "";
+        }
+        words.erase(words.begin() + std::ptrdiff_t(i--));
+    }
+    return value;
+}
+
+// "--pattern NAME" and "--identify ports|circuits|cabinets[:N]", taken out
+// of the words; a bad one is told once the rest parsed (--help goes first).
+std::string parse_wall_frame(args& words, wall_frame& frame) {
+    std::string problem;
+    const auto pattern = take_value(words, "--pattern", problem);
+    const auto identify = take_value(words, "--identify", problem);
+    if (!problem.empty()) return problem;
+    if (pattern) {
+        frame.pattern = test_pattern_named(*pattern);
+        if (!frame.pattern)
+            return "--pattern takes bars, grey, crosshatch, red, green, blue, white or black, "
+                   "not \"" +
+                   *pattern + "\"";
+    }
+    if (identify) {
+        const std::string kind = identify->substr(0, identify->find(':'));
+        const std::string number =
+            kind.size() < identify->size() ? identify->substr(kind.size() + 1) : "1";
+        static const std::pair<const char*, identify_kind> kinds[] = {
+            {"ports", identify_kind::ports},
+            {"circuits", identify_kind::circuits},
+            {"cabinets", identify_kind::cabinets}};
+        for (const auto& [word, k] : kinds)
+            if (kind == word) frame.identify = k;
+        const bool digits = !number.empty() && number.size() < 6 &&
+                            std::all_of(number.begin(), number.end(),
+                                        [](unsigned char c) { return std::isdigit(c); });
+        if (!frame.identify || !digits || std::stoi(number) < 1)
+            return "--identify takes ports, circuits or cabinets, with :N for port or circuit "
+                   "N (from 1), not \"" +
+                   *identify + "\"";
+        frame.step = std::stoi(number) - 1;
+    }
+    if (pattern && identify) return "--pattern and --identify exclude each other";
+    return {};
+}
+
+// The pattern or identify frame of the loaded workspace, written to OUTPUT.
+int write_wall_frame(const Global& global, const wall_frame& frame, const std::string& input,
+                     const std::string& output, frame_file_kind kind, bool transparent) {
+    const int W = global.get_paper_width(), H = global.get_paper_height();
+    if (!image_size_allowed((unsigned long long)W, (unsigned long long)H))
+        return file_error(input, "the raster is larger than the drawable limit", exit_failure);
+    const image picture = frame.pattern ? pattern_frame(global, *frame.pattern, 0, transparent)
+                                        : identify_frame(global, *frame.identify, frame.step);
+    std::string error;
+    if (!write_frame_image(picture, kind, !transparent, output, &error))
+        return file_error(output, "cannot be written: " + error, exit_failure);
+    return exit_ok;
+}
+
 // Renders INPUT into OUTPUT, whose extension decides the writer.
 int render_one(const std::string& input, const std::string& output, bool transparent,
-               bool only_current) {
+               bool only_current, const wall_frame& frame = {}) {
     // The extension decides the writer; one that writes nothing is refused
     // before any work is done.
     const file::path out(output);
@@ -34,12 +117,20 @@ int render_one(const std::string& input, const std::string& output, bool transpa
                                : "cannot write images of type \"" + extension + "\"") +
                               " (use .png, .tga, .bmp, .jpg or .psd)",
                           exit_bad_input);
+    if (frame.any() && frame_file_kind_for(extension) == frame_file_kind::psd)
+        return file_error(output,
+                          "a pattern or identify frame is one picture: use .png, .tga, "
+                          ".bmp or .jpg",
+                          exit_bad_input);
 
     render_host host;
     host.only_current = only_current;
     Global global(&host);
     if (int status = load_for_request(global, input); status != exit_ok) return status;
     global.black_background = !transparent;
+    if (frame.any())
+        return write_wall_frame(global, frame, input, output, frame_file_kind_for(extension),
+                                transparent);
     global.request_save_to_file(out);
 
     if (int status = build_frame(global, host, input); status != exit_ok) return status;
@@ -51,18 +142,23 @@ int render_one(const std::string& input, const std::string& output, bool transpa
 } // namespace
 
 int cmd_render(const args& a) {
-    parsed_args p = parse_args("render", a, {"--transparent", "--only-current"}, true, false, true);
+    args words = a;
+    wall_frame frame;
+    const std::string frame_problem = parse_wall_frame(words, frame);
+    parsed_args p =
+        parse_args("render", words, {"--transparent", "--only-current"}, true, false, true);
     if (p.done) return *p.done;
+    if (!frame_problem.empty()) return usage_error(frame_problem, "render");
     if (p.positional.empty() || !p.has_output)
         return usage_error("render takes FILE... -o OUT [--format EXT] [--transparent] "
-                           "[--only-current]",
+                           "[--only-current] [--pattern NAME] [--identify KIND[:N]]",
                            "render");
     const auto has_flag = [&](const char* flag) {
         return std::find(p.flags.begin(), p.flags.end(), flag) != p.flags.end();
     };
     const bool transparent = has_flag("--transparent"), only_current = has_flag("--only-current");
     if (p.positional.size() == 1 && !p.has_format)
-        return render_one(p.positional[0], p.output, transparent, only_current);
+        return render_one(p.positional[0], p.output, transparent, only_current, frame);
 
     // Several projects, or a format: OUT is a folder that gets NAME.EXT for
     // each, checked before any work so that no file overwrites another.
@@ -92,8 +188,8 @@ int cmd_render(const args& a) {
     // One bad project does not stop the show: the worst status is returned.
     int status = exit_ok;
     for (std::size_t i = 0; i < outputs.size(); ++i)
-        status =
-            std::max(status, render_one(p.positional[i], outputs[i], transparent, only_current));
+        status = std::max(
+            status, render_one(p.positional[i], outputs[i], transparent, only_current, frame));
     return status;
 }
 

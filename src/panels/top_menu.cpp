@@ -4,12 +4,14 @@
 #include "app/recent_files.h"
 #include "app/undo_controller.h"
 #include "canvas/live_output.h"
+#include "canvas/live_show.h"
 #include "canvas/main_impact.h"
 #include "core/keys.h"
 #include "document/boxes_layer.h"
 #include "document/global.h"
 #include "document/image_layer.h"
 #include "panels/arrange_palette.h"
+#include "panels/identify_palette.h"
 #include "panels/look.h"
 
 #include <QCursor>
@@ -81,6 +83,24 @@ command arrange(arrange_command c) {
     return [c](Global&, MainScreen* screen) {
         if (screen && screen->main_impact()) screen->main_impact()->selection().arrange(c);
     };
+}
+
+// What the live output shows instead of the map.
+command on_show(std::function<void(live_show&)> change) {
+    return [change](Global&, MainScreen* screen) {
+        if (screen && screen->main_impact()) change(screen->main_impact()->show());
+    };
+}
+command identify(identify_kind kind) {
+    return [kind](Global&, MainScreen* screen) {
+        if (!screen || !screen->main_impact()) return;
+        live_show& shown = screen->main_impact()->show();
+        shown.identify(kind);
+        if (shown.is_identifying()) show_identify_palette(*screen);
+    };
+}
+command pattern_shown(test_pattern p) {
+    return on_show([p](live_show& s) { s.show_pattern(p); });
 }
 
 // "New" asks before unsaved work goes, and is one step that can be undone.
@@ -177,6 +197,20 @@ const std::map<std::string, command>& command_table() {
              if (screen && screen->main_impact())
                  screen->main_impact()->set_live_output_to_monitor(-1);
          }},
+        {"Identify: Ports", identify(identify_kind::ports)},
+        {"Identify: Circuits", identify(identify_kind::circuits)},
+        {"Identify: Cabinets", identify(identify_kind::cabinets)},
+        {"Identify: Auto", on_show([](live_show& s) { s.set_auto(!s.is_auto()); })},
+        {"Test Pattern: Map", pattern_shown(test_pattern::map)},
+        {"Test Pattern: Colour Bars", pattern_shown(test_pattern::bars)},
+        {"Test Pattern: Grey Steps (16)", pattern_shown(test_pattern::grey)},
+        {"Test Pattern: Cabinet Crosshatch", pattern_shown(test_pattern::crosshatch)},
+        {"Test Pattern: Solid Red", pattern_shown(test_pattern::red)},
+        {"Test Pattern: Solid Green", pattern_shown(test_pattern::green)},
+        {"Test Pattern: Solid Blue", pattern_shown(test_pattern::blue)},
+        {"Test Pattern: Solid White", pattern_shown(test_pattern::white)},
+        {"Test Pattern: Solid Black", pattern_shown(test_pattern::black)},
+        {"Test Pattern: Moving Line", pattern_shown(test_pattern::moving_line)},
         {"About", show<&MainScreen::showAbout>()},
         {"Website link for update", show<&MainScreen::openUpdateLink>()},
         {"Tutorials link", show<&MainScreen::openTutorialsLink>()},
@@ -394,7 +428,7 @@ TopMenuSubmenu::TopMenuSubmenu(Global* global, QWidget* parent, const std::strin
 
 WidgetWithBackground* TopMenuSubmenu::add_entry(const std::string& caption,
                                                 const std::string& tooltip, const std::string& key,
-                                                std::function<bool()> callback) {
+                                                std::function<bool()> callback, int at) {
     auto* entry = new WidgetWithBackground(this, bar_normal, bar_hover, bar_selected, m_global);
     entry->setObjectName(QString::fromStdString(caption));
     auto* row = new QHBoxLayout(entry);
@@ -407,8 +441,9 @@ WidgetWithBackground* TopMenuSubmenu::add_entry(const std::string& caption,
     if (!key.empty()) row->addWidget(menu_label(entry, create_readable_keycode(key)));
     row->addStretch(1);
     entry->set_callback(std::move(callback));
-    layout()->addWidget(entry);
-    m_entries.push_back(entry);
+    if (at < 0 || at >= int(m_entries.size())) at = int(m_entries.size());
+    static_cast<QVBoxLayout*>(layout())->insertWidget(at, entry);
+    m_entries.insert(m_entries.begin() + at, entry);
     return entry;
 }
 
@@ -458,16 +493,21 @@ void TopMenuSubmenu::set_monitor_entries(const std::vector<int>& monitors) {
         delete extra;
     }
     m_extra_entries.clear();
+    // Right under "No Live Output", before the patterns.
+    int at = 1;
     for (int m : monitors) {
         char caption[64];
         std::snprintf(caption, sizeof caption, "Live Output to Screen %d", m + 1);
-        WidgetWithBackground* entry = add_entry(caption, "", "", [this, m] {
-            if (MainScreen* screen = MainScreen::of(parentWidget()))
-                if (MainImpact* canvas = screen->main_impact())
-                    canvas->set_live_output_to_monitor(m);
-            fold();
-            return true;
-        });
+        WidgetWithBackground* entry = add_entry(
+            caption, "", "",
+            [this, m] {
+                if (MainScreen* screen = MainScreen::of(parentWidget()))
+                    if (MainImpact* canvas = screen->main_impact())
+                        canvas->set_live_output_to_monitor(m);
+                fold();
+                return true;
+            },
+            at++);
         m_extra_entries.push_back(entry);
     }
     adjustSize();

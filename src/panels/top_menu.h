@@ -119,7 +119,8 @@ class TopMenuSubmenu : public QWidget, public item_container {
 
   private:
     WidgetWithBackground* add_entry(const std::string& caption, const std::string& tooltip,
-                                    const std::string& key, std::function<bool()> callback);
+                                    const std::string& key, std::function<bool()> callback,
+                                    int at = -1);
     void refresh_panels() const;
 
     Global* m_global;

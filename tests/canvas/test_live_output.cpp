@@ -5,11 +5,15 @@
 // offscreen platform lists its monitors by name, hence the numbered names.)
 
 #include "canvas/live_output.h"
+#include "canvas/live_show.h"
 #include "core/keys.h"
 #include "panels/top_menu.h"
+#include "render/test_patterns.h"
 #include "window/window_fixture.h"
 
 #include <QGuiApplication>
+#include <QLabel>
+#include <QPushButton>
 #include <QScreen>
 
 using namespace Vantora_TesserinePro;
@@ -28,9 +32,13 @@ struct live_output : window_test {
     }
     std::vector<std::string> captions() {
         std::vector<std::string> shown;
+        // The monitors come before the patterns.
         for (WidgetWithBackground* e : live_output_menu()->entries())
-            shown.push_back(e->getMenuName());
-        return shown;
+            if (e->getMenuName() == "Identify: Ports")
+                return shown;
+            else
+                shown.push_back(e->getMenuName());
+        return std::vector<std::string>{};
     }
 };
 
@@ -97,4 +105,83 @@ TEST_F(live_output, ChoosingAMonitorCoversItWithTheFrameAtFullSize) {
     // A close request does not close it.
     live()->close();
     EXPECT_TRUE(live()->isVisible());
+}
+
+// Patterns and identify on the live output: exactly the core's frames, one
+// raster pixel to one device pixel at every scale; Left and Right step an
+// identify round its ends, auto steps on its own, Escape on the output and
+// "Test Pattern: Map" bring the map back.
+TEST_F(live_output, PatternsAndIdentifyShowTheCoresFramesPixelForPixel) {
+    start();
+    window->setGeometry(monitor(0).adjusted(50, 50, -50, -50));
+    auto layer = global->current_boxes_layer();
+    layer->DataDiagramType = 1;
+    layer->SnakeLimit = 128 * 128 * 6; // six cabinets to a port: 7 ports
+    layer->ExcludeBoxes.add(box_id(2, 1));
+    layer->set_changed();
+    canvas->set_live_output_to_monitor(1);
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(live()));
+    const auto shows = [&](const image& want) {
+        return wait_until([&] {
+            const QImage got = live()->grab().toImage();
+            for (int y = 0; y < got.height(); y += 1)
+                for (int x = 0; x < got.width(); ++x)
+                    if (got.pixel(x, y) != QColor::fromRgba(want.pixel(x, y)).rgb()) return false;
+            return true;
+        });
+    };
+    live_show& shown = canvas->show();
+    const auto choose = [&](const char* caption) {
+        for (WidgetWithBackground* e : live_output_menu()->entries())
+            if (e->getMenuName() == caption) QTest::mouseClick(e, Qt::LeftButton);
+    };
+    choose("Test Pattern: Cabinet Crosshatch");
+    EXPECT_TRUE(shows(pattern_frame(*global, test_pattern::crosshatch)));
+    choose("Identify: Ports");
+    const int ports = identify_steps(*global, identify_kind::ports);
+    ASSERT_EQ(ports, 7);
+    EXPECT_TRUE(shows(identify_frame(*global, identify_kind::ports, 0)));
+    window->activateWindow();
+    canvas->setFocus();
+    ASSERT_TRUE(wait_until([&] { return canvas->hasFocus(); }));
+    for (const auto& [key, step] : {std::pair{Qt::Key_Right, 1},
+                                    {Qt::Key_Left, 0},
+                                    {Qt::Key_Left, ports - 1},
+                                    {Qt::Key_Right, 0}}) {
+        QTest::keyClick(canvas, key);
+        EXPECT_EQ(shown.current_step(), step);
+        EXPECT_EQ(canvas->selection().status_line()->text().toStdString(),
+                  "Port " + std::to_string(step + 1) + " of 7");
+    }
+    QTest::keyClick(canvas, Qt::Key_Right);
+    // The Identify palette steps too, and says where the wall is.
+    QTest::mouseClick(screen->findChild<QPushButton*>("Next"), Qt::LeftButton);
+    EXPECT_EQ(screen->findChild<QLabel*>("Identify status")->text(), "Port 3 of 7");
+    QTest::mouseClick(screen->findChild<QPushButton*>("Previous"), Qt::LeftButton);
+    EXPECT_EQ(shown.current_step(), 1);
+    const image before = identify_frame(*global, identify_kind::ports, 1);
+    EXPECT_TRUE(shows(before));
+    // An edit shows at once, in the identify frame.
+    layer->ExcludeBoxes.clear();
+    layer->SnakeLimit = 128 * 128 * 4;
+    layer->set_changed();
+    ASSERT_NE(identify_frame(*global, identify_kind::ports, 1), before);
+    EXPECT_TRUE(shows(identify_frame(*global, identify_kind::ports, 1)));
+    choose("Identify: Auto");
+    EXPECT_TRUE(wait_until([&] { return shown.current_step() == 2; }, 6000));
+    choose("Identify: Auto");
+    EXPECT_FALSE(shown.is_auto());
+    choose("Identify: Cabinets");
+    EXPECT_TRUE(shows(identify_frame(*global, identify_kind::cabinets, 0)));
+    // The same kind again ends identify; so does Escape on the output.
+    choose("Identify: Cabinets");
+    EXPECT_FALSE(shown.is_active());
+    choose("Identify: Circuits");
+    QTest::keyClick(live(), Qt::Key_Escape);
+    EXPECT_FALSE(shown.is_active());
+    choose("Test Pattern: Moving Line");
+    const QImage first = live()->grab().toImage();
+    EXPECT_TRUE(wait_until([&] { return live()->grab().toImage() != first; }));
+    choose("Test Pattern: Map");
+    EXPECT_TRUE(shows(*global->get_composite_image()));
 }

@@ -108,4 +108,28 @@ expect 0 "$BIN" render path.tsrx -o path.png
 contains err.txt "Some panels consume more pixels then limit used."
 contains err.txt "switched off"
 
+# Test patterns and identify frames for media servers: on the cabinets
+# only (eight bars of 25 pixels across each screen), black around them;
+# port 1 lit in its colours, light and dark in turn; no port 2.
+want=(bars 24 50 255,255,255,255  bars 25 50 255,255,0,255  bars 250 50 0,0,0,255
+  grey 0 0 0,0,0,255  grey 199 0 255,255,255,255  crosshatch 1 1 0,0,0,255
+  crosshatch 99 1 255,255,255,255  green 399 99 0,255,0,255  green 250 0 0,0,0,255
+  ports 1 1 230,25,75,255  ports 101 1 153,16,50,255  ports:2 1 1 0,0,0,255
+  circuits:1 301 1 230,25,75,255  cabinets 401 1 153,16,50,255)
+for ((i = 0; i < ${#want[@]}; i += 4)); do
+  case "${want[i]}" in
+  ports* | circuits* | cabinets*) flag=(--identify "${want[i]}") ;;
+  *) flag=(--pattern="${want[i]}") ;;
+  esac
+  expect 0 "$BIN" render wall.tsrx -o "wall-$i.png" "${flag[@]}"
+  same "${want[i]} $(pixel "wall-$i.png" "${want[i + 1]}" "${want[i + 2]}")" "${want[i]} ${want[i + 3]}"
+done
+for bad in "--pattern plaid" "--identify ports:0" "--identify racks" "--pattern" \
+  "--pattern red --identify ports"; do
+  expect 2 "$BIN" render wall.tsrx -o bad.png $bad && contains err.txt "usage: tesserine render"
+done
+expect 2 "$BIN" render wall.tsrx -o red.psd --pattern red
+absent bad.png
+absent red.psd
+
 finish render.sh
