@@ -46,16 +46,21 @@ const command_help commands_help[] = {
      "The power plan of every screen layer, or of layer N: each circuit with\n"
      "its phase, first and last cabinet, cabinets, watts, amperes and share of\n"
      "the breaker rating, then the amperes of each phase and the totals.\n"},
-    {"render", "render FILE... -o OUT [--format EXT] [--transparent] [--only-current]",
+    {"render",
+     "render FILE... -o OUT [--format EXT] [--transparent] [--only-current] [--rear]\n"
+     "                        [--color-by chequer|port|circuit]",
      "Renders the frame; the extension of OUT picks PNG, TGA, BMP, JPG or a\n"
      "layered PSD. With --format, or with several FILEs, OUT is a folder\n"
-     "that gets one NAME.EXT for each FILE.\n"},
+     "that gets one NAME.EXT for each FILE. --rear draws the wall as seen\n"
+     "from behind (mirrored, texts readable); --color-by colours each cabinet\n"
+     "by its data port or power circuit instead of what the project says.\n"},
     {"export-resolume", "export-resolume FILE -o OUT",
      "Writes the Resolume Arena screen setup (OUT with its extensions\n"
      "replaced by .xml) and prints the path written.\n"},
     {"report", "report FILE -o OUT.pdf [--page a4|letter]",
      "Writes the show report as a PDF: the frame, a page per screen layer\n"
-     "with its figures and port loads, and the totals of the project.\n"},
+     "with its figures and port loads followed by its rear map (the screen\n"
+     "as seen from behind), and the totals of the project.\n"},
     {"pack", "pack FILE -o OUT [--gap N]",
      "Places every visible screen layer on the raster without overlap, in the\n"
      "order of the layer list (top first), in rows from the top left corner\n"
