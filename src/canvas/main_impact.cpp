@@ -248,9 +248,10 @@ void MainImpact::draw_rear_mark(QPainter& painter) {
     painter.resetTransform();
     painter.setFont(look::sans(16));
     const QString text = "Rear View";
-    const QRect box =
-        painter.fontMetrics().boundingRect(text).adjusted(-10, -4, 10, 4).translated(
-            -painter.fontMetrics().boundingRect(text).topLeft());
+    const QRect box = painter.fontMetrics()
+                          .boundingRect(text)
+                          .adjusted(-10, -4, 10, 4)
+                          .translated(-painter.fontMetrics().boundingRect(text).topLeft());
     const QRect at = box.translated((width() - box.width()) / 2, 8);
     painter.fillRect(at, QColor(0xd0, 0x30, 0x30));
     painter.setPen(Qt::white);

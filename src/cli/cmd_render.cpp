@@ -1,6 +1,6 @@
 // tesserine render FILE... -o OUT [--format EXT] [--transparent]
-// [--only-current] [--rear] [--color-by MODE]: one paint of each workspace, as the canvas would do it,
-// writing the frame to OUT, or into the folder OUT.
+// [--only-current] [--rear] [--color-by MODE]: one paint of each workspace, as the canvas would do
+// it, writing the frame to OUT, or into the folder OUT.
 
 #include "cli/cli.h"
 
@@ -69,15 +69,15 @@ int cmd_render(const args& given) {
         }
         color_by_mode mode{};
         if (i + 1 >= given.size() || !plan::color_by_from_name(given[i + 1], mode))
-            return usage_error("--color-by takes chequer, port or circuit" +
-                                   (i + 1 < given.size() ? ", not \"" + given[i + 1] + "\""
-                                                         : std::string()),
-                               "render");
+            return usage_error(
+                "--color-by takes chequer, port or circuit" +
+                    (i + 1 < given.size() ? ", not \"" + given[i + 1] + "\"" : std::string()),
+                "render");
         o.color_by = mode;
         ++i;
     }
-    parsed_args p = parse_args("render", a, {"--transparent", "--only-current", "--rear"}, true,
-                               false, true);
+    parsed_args p =
+        parse_args("render", a, {"--transparent", "--only-current", "--rear"}, true, false, true);
     if (p.done) return *p.done;
     if (p.positional.empty() || !p.has_output)
         return usage_error("render takes FILE... -o OUT [--format EXT] [--transparent] "

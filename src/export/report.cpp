@@ -219,9 +219,8 @@ void rear_page(page_writer& page, QPainter& painter, const boxes_layer& layer, l
                const image& map) {
     if (map.isNull()) return;
     page.new_page();
-    page.heading(q(string_format("Screen layer %lld: ", index)) + q(layer.get_name()) +
-                     " from behind",
-                 14);
+    page.heading(
+        q(string_format("Screen layer %lld: ", index)) + q(layer.get_name()) + " from behind", 14);
     page.line("Rear view: as seen from behind the wall, left and right swapped.");
     page.y += 6;
     embed_frame(page, painter, map);

@@ -390,7 +390,8 @@ pointer_array<app_layer> Global::create_layers_from_string(const string& text,
         if (std::sscanf(line.c_str(), "%d %d", &type, &declared) != 2 || declared <= 0 ||
             std::uint32_t(declared) > max_record_length)
             break;
-        const std::size_t available = std::min<std::size_t>(std::size_t(declared), reader.remaining());
+        const std::size_t available =
+            std::min<std::size_t>(std::size_t(declared), reader.remaining());
         const std::string body(reader.rest().substr(0, available));
         reader.skip(available);
         if (type == drawing_settings_record_type) apply_drawing_settings(body);

@@ -100,8 +100,7 @@ bool Global::defer_build_frame(bool main, nano2d::context* context) {
     {
         OffscreenDraw draw(context, composite_image.get());
         // A rear frame's file holds the rear layers.
-        if (!stack_layers_into_composite(context, rear ? nullptr : psd.get(),
-                                         build_while_stacking))
+        if (!stack_layers_into_composite(context, rear ? nullptr : psd.get(), build_while_stacking))
             return stop_after_failed_build();
         if (raster_label_enabled) draw_raster_label(context, false);
     }

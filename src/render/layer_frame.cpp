@@ -171,29 +171,35 @@ void boxes_layer::draw_info_line(nano2d::context* context, const string& info,
         return draw_label(context, 0, 5, info, color::color::from_word(name_text),
                           color::color::from_word(name_background), "sans", 14,
                           nano2d::align_center | bottom);
-    // The line and the legend's names side by side, centred as the line
-    // alone is; each name on its chain's colour.
+    // The legend's names, each on its chain's colour, then the line, centred
+    // as the line alone is; a line wider than the screen starts at its left
+    // edge, so that the legend stays in sight.
     constexpr float gap = 4.0f;
     context->font_size(14.0f);
     context->font_face("sans");
     context->text_align(nano2d::align_left | bottom);
     float bounds[4];
-    float total = context->text_bounds(info, 0, 0, bounds);
+    std::vector<std::string> pieces;
     std::vector<float> widths;
-    for (const std::string& name : legend) {
-        widths.push_back(context->text_bounds(" " + name + " ", 0, 0, bounds));
-        total += gap + widths.back();
+    float total = 0.0f;
+    for (const std::string& name : legend)
+        pieces.push_back(" " + name + " ");
+    pieces.push_back(info);
+    for (const std::string& piece : pieces) {
+        widths.push_back(context->text_bounds(piece, 0, 0, bounds));
+        total += widths.back() + (widths.size() > 1 ? gap : 0.0f);
     }
     // draw_label anchors a left-aligned text 10 pixels in.
-    float x = float(get_width() / 2) - total * 0.5f - 10.0f;
-    draw_label(context, int(x), 5, info, color::color::from_word(name_text),
-               color::color::from_word(name_background), "sans", 14, nano2d::align_left | bottom);
-    x += context->text_bounds(info, 0, 0, bounds) + gap;
-    for (std::size_t k = 0; k < legend.size(); ++k) {
-        const color::color c = plan::chain_color(k);
-        const bool light = c.red * 299 + c.green * 587 + c.blue * 114 > 140000;
-        draw_label(context, int(x), 5, " " + legend[k] + " ",
-                   light ? color::color(0, 0, 0, 255) : color::opaque_white, c, "sans", 14,
+    float x = std::max(float(get_width() / 2) - total * 0.5f, 0.0f) - 10.0f;
+    for (std::size_t k = 0; k < pieces.size(); ++k) {
+        color::color text = color::color::from_word(name_text);
+        color::color back = color::color::from_word(name_background);
+        if (k < legend.size()) {
+            back = plan::chain_color(k);
+            if (back.red * 299 + back.green * 587 + back.blue * 114 <= 140000)
+                text = color::opaque_white;
+        }
+        draw_label(context, int(x), 5, pieces[k], text, back, "sans", 14,
                    nano2d::align_left | bottom);
         x += widths[k] + gap;
     }

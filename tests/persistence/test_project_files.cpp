@@ -385,8 +385,8 @@ TEST_F(files, DrawingSettingsRecordFollowsTheRasterLabel) {
         global.load_default_layers();
     }
     const auto text = [&] {
-        return global.project_or_presets_text(global.current_project()->get_layers(),
-                                              project_magic, "", true);
+        return global.project_or_presets_text(global.current_project()->get_layers(), project_magic,
+                                              "", true);
     };
     const std::string plain = text();
     const std::string record = "101 13\nColorBy:port\n";

@@ -111,8 +111,7 @@ TEST(RearView, ColourByPortAndCircuitWithLegend) {
     for (const auto& [id, chain] : ports.chain_of) {
         const int column = int(id >> 16), row = int(id & 0xFFFF);
         const bool dark = (column + row) % 2 != 0;
-        const color::color want =
-            dark ? plan::chain_color_dark(chain) : plan::chain_color(chain);
+        const color::color want = dark ? plan::chain_color_dark(chain) : plan::chain_color(chain);
         EXPECT_EQ(frame.pixel(column * 40 + 5, row * 40 + 5), rgb(want)) << column << "," << row;
     }
 
