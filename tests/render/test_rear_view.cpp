@@ -21,16 +21,15 @@ QRgb rgb(color::color c) {
     return qRgb(c.red, c.green, c.blue);
 }
 
+struct rear_view : workspace_test {};
+
 } // namespace
 
 // Texts held back and never drawn stand for "every text off": what is left,
 // cabinets in the colours of their ports, outlines, circles, both paths, a
 // picture and the raster label's box, with layers cut by the raster's
 // edges, is the front mirrored.
-TEST(RearView, WithoutTextsTheRearFrameIsTheFrontMirrored) {
-    recording_host host;
-    Global global(&host);
-    global.m_project = std::make_shared<project>();
+TEST_F(rear_view, WithoutTextsTheRearFrameIsTheFrontMirrored) {
     global.set_paper_width(301);
     global.set_paper_height(120);
     auto picture = add_picture(global, "picture", -7, 3, 60, 40);
@@ -61,10 +60,7 @@ TEST(RearView, WithoutTextsTheRearFrameIsTheFrontMirrored) {
 // From behind, A1 is at the right end and keeps its name, and the label of
 // the top left corner (as seen from the front) stands at that corner, now on
 // the right; every text reads left to right.
-TEST(RearView, TextsStayReadableAtTheirMirroredPlaces) {
-    recording_host host;
-    Global global(&host);
-    global.m_project = std::make_shared<project>();
+TEST_F(rear_view, TextsStayReadableAtTheirMirroredPlaces) {
     auto layer = add_screen(global, "wall", 10, 20, 4, 2, 50);
     show_only_cabinets(*layer);
     layer->DrawBoxesNames = 1;
@@ -88,10 +84,7 @@ TEST(RearView, TextsStayReadableAtTheirMirroredPlaces) {
 
 // Cabinets of one port share its hue, light and dark in a chequer; the next
 // port has the next colour; the info line names each port on its colour.
-TEST(RearView, ColourByPortAndCircuitWithLegend) {
-    recording_host host;
-    Global global(&host);
-    global.m_project = std::make_shared<project>();
+TEST_F(rear_view, ColourByPortAndCircuitWithLegend) {
     auto layer = add_screen(global, "wall", 0, 0, 4, 2, 40);
     show_only_cabinets(*layer);
     layer->DrawInfoLine = 1;
