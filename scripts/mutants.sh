@@ -174,6 +174,17 @@ MUTANTS=(
   "shift-nudge-step|src/canvas/selection.cpp|s/held == keys::group_a ? 10 : 1/held == keys::group_a ? 5 : 1/"
   "escape-keeps-selection|src/canvas/selection.cpp|s/k == Qt::Key_Escape/k == Qt::Key_F35/"
   "keys-taken-from-fields|src/app/main_screen.cpp|s/if (!release \&\& m_main_impact \&\& !typing_text() \&\&/if (!release \&\& m_main_impact \&\&/"
+  # The rear view and colouring by chain.
+  "rear-texts-unmoved|src/render/rear_view.cpp|s/t.x + (width - bounds\[2\]) - bounds\[0\]/t.x/"
+  "rear-pixels-unmirrored|src/render/rear_view.cpp|s/frame->mirror(true, false);//"
+  "rear-cut-at-front-place|src/render/frame_composition.cpp|s/rear ? W - ox - drawn_w : ox/rear ? W - ox - w : ox/"
+  "rear-label-at-front-place|src/render/frame_composition.cpp|s/rear ? float(W) - float(raster_label_x) - width/rear ? float(raster_label_x)/"
+  "rear-click-as-front|src/canvas/main_impact.cpp|s/const QPoint p = as_seen(raw);/const QPoint p = raw;/"
+  "chain-without-chequer|src/render/layer_frame.cpp|s/const bool dark = (column + row) % 2 != 0;/const bool dark = false;/"
+  "chain-colour-shifted|src/render/layer_frame.cpp|s/: plan::chain_color(on->second);/: plan::chain_color(on->second + 1);/"
+  "legend-left-out|src/render/layer_frame.cpp|s/    if (legend.empty())$/    if (true)/"
+  "settings-record-unread|src/persistence/project_files.cpp|s/if (type == drawing_settings_record_type) apply/if (false) apply/"
+  "settings-record-always|src/persistence/project_files.cpp|s/if (color_by == color_by_mode::chequer) return {};//"
   "list-ctrl-click-selects|src/panels/scroll_list.cpp|s/        tool->toggle(index);/        tool->toggle(index), m_global->set_current_layer_index(index);/"
   # Test patterns and identify on the wall: cabinets only, edges exact,
   # one chain a step in its colours; the live output shows them and steps.

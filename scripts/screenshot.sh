@@ -5,9 +5,11 @@
 # laptop's 1366x768 (docs/window-small.png), and on full HD's double and one
 # and a half at Qt's scale factors 2 and 1.5 (docs/window-scale2.png,
 # docs/window-scale1.5.png), and every palette laid out side by side with
-# the About box open (docs/palettes.png); and the first and third pages of
-# the show report of two walls (docs/report.png); and identify on a second
-# screen, port 2 of two screens lit (docs/identify.png).
+# the About box open (docs/palettes.png); the rear view of two walls
+# coloured by port (docs/rear.png); the first and third pages of the show
+# report of two walls, the frame and the first wall's rear map
+# (docs/report.png); and identify on a second screen, port 2 of two screens
+# lit (docs/identify.png).
 set -euo pipefail
 source "$(dirname "$0")/setup.sh"
 source "$ROOT/scripts/xvfb.bash"
@@ -123,6 +125,35 @@ about_moved() { shoot "$WORK/palettes.png" "$WID" && pixel_is "$WORK/palettes.pn
 wait_for "the About box in its place" 20 about_moved
 cp "$WORK/palettes.png" "$ROOT/docs/palettes.png"
 echo "docs/palettes.png"
+stop_program
+stop_display
+
+# The rear view, from View ▸ Rear View, of two walls that the project
+# colours by port.
+start_display 1920x1080
+cp "$ROOT/tests/data/two_walls.tsrx" "$WORK/walls.tsrx"
+printf '101 13\nColorBy:port\n' >>"$WORK/walls.tsrx"
+export XDG_DATA_HOME="$WORK/rear"
+rm -f map.txt
+"$BUILD_DIR/tesserine" "$WORK/walls.tsrx" >"$WORK/app.log" 2>&1 &
+APP_PID=$!
+wait_for "the main window" 30 has_window "Tesserine Pro$"
+WID="$(window_id "Tesserine Pro$")"
+fresh_map
+read -r X Y < <(controls menu entry | named View)
+xdotool mousemove "$X" "$Y" click 1
+view_menu_open() { fresh_map && controls submenu entry | named "Rear View" | grep -q .; }
+wait_for "the View menu" 20 view_menu_open
+read -r X Y < <(controls submenu entry | named "Rear View")
+xdotool mousemove "$X" "$Y" click 1
+# The red mark at the top of the canvas.
+rear_shown() {
+  shoot "$WORK/rear.png" "$WID" &&
+    [ "$(convert "$WORK/rear.png" -fill black +opaque "rgb(208,48,48)" -format "%[fx:mean>0.0003]" info:)" = 1 ]
+}
+wait_for "the rear view" 30 rear_shown
+cp "$WORK/rear.png" "$ROOT/docs/rear.png"
+echo "docs/rear.png"
 stop_program
 stop_display
 

@@ -178,7 +178,7 @@ void MainImpact::draw_second(nano2d::context* context) {
     QPainter* painter = context == &m_context ? m_context.painter() : nullptr;
     {
         const Global::frame_view frame = workspace->read_frame();
-        const image* composite = frame.composite();
+        const image* composite = shows_rear() && frame.rear() ? frame.rear() : frame.composite();
         std::uint64_t generation = frame.generation();
         // A pattern or identify frame stands in for the map on the wall.
         const image* shown_instead =
@@ -223,7 +223,46 @@ void MainImpact::draw_second(nano2d::context* context) {
             painter->fillRect(m_paint_rect, look::screen_background);
         }
     }
-    if (!(live_output && m_show && m_show->is_active())) draw_marks(context);
+    if (painter && shows_rear()) {
+        // The marks go where the mirror puts what they mark.
+        painter->save();
+        painter->translate(2.0 * pan.x() + workspace->get_paper_width() * double(effective_zoom),
+                           0.0);
+        painter->scale(-1.0, 1.0);
+        draw_marks(context);
+        painter->restore();
+        draw_rear_mark(*painter);
+    } else if (!(live_output && m_show && m_show->is_active())) {
+        draw_marks(context);
+    }
+}
+
+bool MainImpact::shows_rear() const {
+    return workspace->rear_view && !live_output;
+}
+
+QPoint MainImpact::as_seen(const QPoint& p) const {
+    if (!shows_rear()) return p;
+    const int mirror_line =
+        2 * pan.x() + int(std::lround(workspace->get_paper_width() * double(effective_zoom)));
+    return QPoint(mirror_line - p.x() - 1, p.y());
+}
+
+void MainImpact::draw_rear_mark(QPainter& painter) {
+    // Nobody should take the mirrored wall for the front.
+    painter.save();
+    painter.resetTransform();
+    painter.setFont(look::sans(16));
+    const QString text = "Rear View";
+    const QRect box = painter.fontMetrics()
+                          .boundingRect(text)
+                          .adjusted(-10, -4, 10, 4)
+                          .translated(-painter.fontMetrics().boundingRect(text).topLeft());
+    const QRect at = box.translated((width() - box.width()) / 2, 8);
+    painter.fillRect(at, QColor(0xd0, 0x30, 0x30));
+    painter.setPen(Qt::white);
+    painter.drawText(at, Qt::AlignCenter, text);
+    painter.restore();
 }
 
 void MainImpact::update_view(const image& composite, std::uint64_t generation) {
@@ -583,20 +622,25 @@ void MainImpact::redraw() {
 }
 
 void MainImpact::mousePressEvent(QMouseEvent* event) {
-    const QPoint p = event->position().toPoint();
+    const QPoint raw = event->position().toPoint();
+    const QPoint p = as_seen(raw);
     m_last_mouse = p;
     mouse_button_event(p, event->button(), true, groups_of(*event));
+    // The view pans with the hand, not with the mirror.
+    if (isPosValid(pan_drag_start)) m_last_mouse = pan_drag_start = raw;
 }
 
 void MainImpact::mouseMoveEvent(QMouseEvent* event) {
-    const QPoint p = event->position().toPoint();
+    const QPoint raw = event->position().toPoint();
+    const QPoint p = isPosValid(pan_drag_start) ? raw : as_seen(raw);
     const QPoint delta = p - m_last_mouse;
     m_last_mouse = p;
     mouse_motion_event(p, delta, groups_of(*event));
 }
 
 void MainImpact::mouseReleaseEvent(QMouseEvent* event) {
-    const QPoint p = event->position().toPoint();
+    const QPoint raw = event->position().toPoint();
+    const QPoint p = isPosValid(pan_drag_start) ? raw : as_seen(raw);
     m_last_mouse = p;
     mouse_button_event(p, event->button(), false, groups_of(*event));
 }

@@ -160,6 +160,12 @@ class MainImpact : public QWidget {
     // The part of the frame this widget shows, over the background, as it
     // stands on screen: kept until the frame, zoom, pan or size change.
     void update_view(const image& composite, std::uint64_t generation);
+    // Whether this canvas shows the wall from behind (the live output never
+    // does), and a point of it where the front view has the same raster
+    // point: the editing works on front points, so acting on what is seen.
+    bool shows_rear() const;
+    QPoint as_seen(const QPoint& p) const;
+    void draw_rear_mark(QPainter& painter);
     void draw_marks(nano2d::context* context);
     // The outline (and for a picture the handles) of the layer a modifier
     // group applies to, at the place a move or resize would give it.

@@ -52,20 +52,25 @@ const command_help commands_help[] = {
      "and jumpers, weights, and the totals; --csv as RFC 4180 with the header\n"
      "item,kind,count,unit_weight_kg,weight_kg,notes.\n"},
     {"render",
-     "render FILE... -o OUT [--format EXT] [--transparent] [--only-current]\n"
-     "                        [--pattern NAME] [--identify KIND[:N]]",
+     "render FILE... -o OUT [--format EXT] [--transparent] [--only-current] [--rear]\n"
+     "                        [--color-by chequer|port|circuit] [--pattern NAME]\n"
+     "                        [--identify KIND[:N]]",
      "Renders the frame; the extension of OUT picks PNG, TGA, BMP, JPG or a\n"
      "layered PSD. With --format, or with several FILEs, OUT is a folder\n"
-     "that gets one NAME.EXT for each FILE. --pattern bars|grey|crosshatch|\n"
-     "red|green|blue|white|black writes that test pattern on the screens'\n"
-     "cabinets instead of the map; --identify ports|circuits|cabinets[:N]\n"
-     "writes what the live output shows to identify port or circuit N.\n"},
+     "that gets one NAME.EXT for each FILE. --rear draws the wall as seen\n"
+     "from behind (mirrored, texts readable); --color-by colours each cabinet\n"
+     "by its data port or power circuit instead of what the project says.\n"
+     "--pattern bars|grey|crosshatch|red|green|blue|white|black writes that\n"
+     "test pattern on the screens' cabinets instead of the map; --identify\n"
+     "ports|circuits|cabinets[:N] writes what the live output shows to\n"
+     "identify port or circuit N.\n"},
     {"export-resolume", "export-resolume FILE -o OUT",
      "Writes the Resolume Arena screen setup (OUT with its extensions\n"
      "replaced by .xml) and prints the path written.\n"},
     {"report", "report FILE -o OUT.pdf [--page a4|letter]",
      "Writes the show report as a PDF: the frame, a page per screen layer\n"
-     "with its figures and port loads, and the totals of the project.\n"},
+     "with its figures and port loads followed by its rear map (the screen\n"
+     "as seen from behind), and the totals of the project.\n"},
     {"pack", "pack FILE -o OUT [--gap N]",
      "Places every visible screen layer on the raster without overlap, in the\n"
      "order of the layer list (top first), in rows from the top left corner\n"

@@ -1,7 +1,8 @@
 // tesserine render FILE... -o OUT [--format EXT] [--transparent]
-// [--only-current] [--pattern NAME] [--identify KIND[:N]]: one paint of each
-// workspace, as the canvas would do it, writing the frame to OUT, or into
-// the folder OUT; or a test pattern or an identification frame instead.
+// [--only-current] [--rear] [--color-by MODE] [--pattern NAME]
+// [--identify KIND[:N]]: one paint of each workspace, as the canvas would do
+// it, writing the frame to OUT, or into the folder OUT; or a test pattern or
+// an identification frame instead.
 
 #include "cli/cli.h"
 
@@ -9,6 +10,7 @@
 #include "datapath/snake.h"
 #include "document/global.h"
 #include "document/workspace_host.h"
+#include "plan/cabinet_chains.h"
 #include "render/draw2d_context.h"
 #include "render/image_writers.h"
 #include "render/test_patterns.h"
@@ -17,6 +19,7 @@
 #include <cctype>
 #include <filesystem>
 #include <iostream>
+#include <optional>
 
 namespace Vantora_TesserinePro::cli {
 
@@ -103,9 +106,15 @@ int write_wall_frame(const Global& global, const wall_frame& frame, const std::s
     return exit_ok;
 }
 
+struct render_options {
+    bool transparent = false, only_current = false, rear = false;
+    std::optional<color_by_mode> color_by;
+    wall_frame frame;
+};
+
 // Renders INPUT into OUTPUT, whose extension decides the writer.
-int render_one(const std::string& input, const std::string& output, bool transparent,
-               bool only_current, const wall_frame& frame = {}) {
+int render_one(const std::string& input, const std::string& output, const render_options& o) {
+    const wall_frame& frame = o.frame;
     // The extension decides the writer; one that writes nothing is refused
     // before any work is done.
     const file::path out(output);
@@ -124,13 +133,15 @@ int render_one(const std::string& input, const std::string& output, bool transpa
                           exit_bad_input);
 
     render_host host;
-    host.only_current = only_current;
+    host.only_current = o.only_current;
     Global global(&host);
     if (int status = load_for_request(global, input); status != exit_ok) return status;
-    global.black_background = !transparent;
+    global.black_background = !o.transparent;
+    global.rear_view = o.rear;
+    if (o.color_by) global.color_by = *o.color_by;
     if (frame.any())
         return write_wall_frame(global, frame, input, output, frame_file_kind_for(extension),
-                                transparent);
+                                o.transparent);
     global.request_save_to_file(out);
 
     if (int status = build_frame(global, host, input); status != exit_ok) return status;
@@ -143,22 +154,33 @@ int render_one(const std::string& input, const std::string& output, bool transpa
 
 int cmd_render(const args& a) {
     args words = a;
-    wall_frame frame;
-    const std::string frame_problem = parse_wall_frame(words, frame);
-    parsed_args p =
-        parse_args("render", words, {"--transparent", "--only-current"}, true, false, true);
+    render_options o;
+    std::string problem = parse_wall_frame(words, o.frame);
+    // --color-by takes a word, which the common parser does not know.
+    std::string color_problem;
+    if (const auto color = take_value(words, "--color-by", color_problem)) {
+        color_by_mode mode{};
+        if (color_problem.empty() && !plan::color_by_from_name(*color, mode))
+            color_problem = "--color-by takes chequer, port or circuit, not \"" + *color + "\"";
+        o.color_by = mode;
+    }
+    if (problem.empty()) problem = color_problem;
+    parsed_args p = parse_args("render", words, {"--transparent", "--only-current", "--rear"},
+                               true, false, true);
     if (p.done) return *p.done;
-    if (!frame_problem.empty()) return usage_error(frame_problem, "render");
+    if (!problem.empty()) return usage_error(problem, "render");
     if (p.positional.empty() || !p.has_output)
         return usage_error("render takes FILE... -o OUT [--format EXT] [--transparent] "
-                           "[--only-current] [--pattern NAME] [--identify KIND[:N]]",
+                           "[--only-current] [--rear] [--color-by chequer|port|circuit] "
+                           "[--pattern NAME] [--identify KIND[:N]]",
                            "render");
     const auto has_flag = [&](const char* flag) {
         return std::find(p.flags.begin(), p.flags.end(), flag) != p.flags.end();
     };
-    const bool transparent = has_flag("--transparent"), only_current = has_flag("--only-current");
-    if (p.positional.size() == 1 && !p.has_format)
-        return render_one(p.positional[0], p.output, transparent, only_current, frame);
+    o.transparent = has_flag("--transparent");
+    o.only_current = has_flag("--only-current");
+    o.rear = has_flag("--rear");
+    if (p.positional.size() == 1 && !p.has_format) return render_one(p.positional[0], p.output, o);
 
     // Several projects, or a format: OUT is a folder that gets NAME.EXT for
     // each, checked before any work so that no file overwrites another.
@@ -188,8 +210,7 @@ int cmd_render(const args& a) {
     // One bad project does not stop the show: the worst status is returned.
     int status = exit_ok;
     for (std::size_t i = 0; i < outputs.size(); ++i)
-        status = std::max(
-            status, render_one(p.positional[i], outputs[i], transparent, only_current, frame));
+        status = std::max(status, render_one(p.positional[i], outputs[i], o));
     return status;
 }
 

@@ -44,5 +44,12 @@ enum enum_layer : int {
 
 // Record type of the raster label in project files; not a layer type.
 constexpr int raster_label_record_type = 100;
+// Record type of the project's drawing settings, after the raster label
+// record, where readers of the older files never look.
+constexpr int drawing_settings_record_type = 101;
+
+// How a screen's cabinets are coloured: the chequer of its colour list, or
+// by the data port or power circuit each is on.
+enum class color_by_mode : int { chequer, port, circuit };
 
 } // namespace Vantora_TesserinePro

@@ -14,6 +14,10 @@
 
 namespace Vantora_TesserinePro {
 
+namespace plan {
+struct cabinet_chains;
+}
+
 // A box id: column in the high 16 bits, row in the low 16 bits.
 constexpr std::uint32_t box_id(std::uint32_t column, std::uint32_t row) {
     return (column << 16) | (row & 0xFFFF);
@@ -164,7 +168,9 @@ class boxes_layer : public app_layer, public BoxesLayerDescription {
 
     // --- drawing
     void build_frame(nano2d::context* context, error_callback on_error) override;
-    void draw_boxes(nano2d::context* context);
+    // With chains, each cabinet takes its chain's colour (in a chequer of
+    // light and dark), or the colour list's where it is on none.
+    void draw_boxes(nano2d::context* context, const plan::cabinet_chains* chains = nullptr);
     void draw_boxes_grid(nano2d::context* context);
     void draw_boxes_names(nano2d::context* context);
     void draw_circle(nano2d::context* context);
@@ -175,6 +181,9 @@ class boxes_layer : public app_layer, public BoxesLayerDescription {
     void draw_label(nano2d::context* context, int x, int y, const string& text,
                     color::color text_color, color::color background_color, const string& face,
                     int size, int align);
+    // The info line at the bottom, followed by a legend of chain colours.
+    void draw_info_line(nano2d::context* context, const string& info,
+                        const std::vector<std::string>& legend);
     void draw_triangle(nano2d::context* context, float x, float y, const Snake::box& box,
                        const Snake::box& other, bool port_start, bool port_end);
     void draw_triangle_right(nano2d::context* context, float x, float y);

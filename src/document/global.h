@@ -95,6 +95,8 @@ class Global {
     string get_raster_label_info() const;
     void load_raster_label_info(const string& text);
     void get_raster_label_lines(string_array& lines) const;
+    // Takes what a drawing settings record says; other lines are passed over.
+    void apply_drawing_settings(const string& body);
 
     // --- project and preset files
     bool save_project_or_presets_to_file(const file::path& path,
@@ -200,6 +202,11 @@ class Global {
         // Rises by one with every composition: a window keeps what it made
         // of the pixels until this changes.
         std::uint64_t generation() const { return m_global.m_frame_generation; }
+        // The rear frame beside it while the rear view is on, else null.
+        const image* rear() const {
+            const image* c = m_global.rear_composite_image.get();
+            return (c && !c->isNull() && composite()) ? c : nullptr;
+        }
 
       private:
         std::unique_lock<std::recursive_mutex> m_lock;
@@ -253,6 +260,12 @@ class Global {
     bool palettes_shown = true;
     int raster_label_font_size = 20;
     pointer<image> composite_image;
+    // Ways of drawing the same frame. The cabinets' colours are saved with
+    // the project; the rear view is composed beside the front frame (the
+    // live output keeps showing the front), and a frame file holds it.
+    color_by_mode color_by = color_by_mode::chequer;
+    bool rear_view = false;
+    pointer<image> rear_composite_image;
     // Whether layers keep their frames between builds, so that an edit
     // redraws into memory already there (the window). A one-off render lets
     // each go once it is stacked: the frame's peak is then the composite and
@@ -280,14 +293,19 @@ class Global {
     bool rebuild_shown_layers(const pointer_array<app_layer>& layers, nano2d::context* context);
     void begin_layer_builds();
     // Builds one shown layer's frame; false when it failed (and was shown).
-    bool build_layer_frame(const pointer<app_layer>& layer, nano2d::context* context);
+    bool build_layer_frame(const pointer<app_layer>& layer, nano2d::context* context,
+                           bool rear = false);
     bool stop_after_failed_build();
-    bool fit_composite_to_raster();
+    bool fit_to_raster(pointer<image>& composite);
+    // The rear frame: every shown layer built from behind and stacked at
+    // its mirrored place, beside the layers' kept front frames.
+    bool compose_rear(nano2d::context* context, PSDSaver* psd);
     // With build_each, each layer is built just before it is stacked and its
     // frame let go just after; false when a build failed.
     bool stack_layers_into_composite(nano2d::context* frame, PSDSaver* psd, bool build_each);
-    void stack_layer(nano2d::context* frame, const pointer<app_layer>& layer, PSDSaver* psd);
-    void draw_raster_label(nano2d::context* frame);
+    void stack_layer(nano2d::context* frame, const pointer<app_layer>& layer, PSDSaver* psd,
+                     bool rear);
+    void draw_raster_label(nano2d::context* frame, bool rear);
     void write_frame_file(const file::path& request, frame_file_kind kind, PSDSaver* psd);
 
     std::mutex m_object_lock;

@@ -126,7 +126,8 @@ bool document_state::same_document(const document_state& o) const {
     return prints == o.prints && paper_width == o.paper_width && paper_height == o.paper_height &&
            label_enabled == o.label_enabled && label_lines == o.label_lines &&
            label_x == o.label_x && label_y == o.label_y && label_width == o.label_width &&
-           label_height == o.label_height && label_font_size == o.label_font_size;
+           label_height == o.label_height && label_font_size == o.label_font_size &&
+           color_by == o.color_by;
 }
 
 // ---------------------------------------------------------------- states
@@ -157,6 +158,7 @@ document_state document_history::capture(const Global& global) const {
     s.label_width = global.raster_label_width;
     s.label_height = global.raster_label_height;
     s.label_font_size = global.raster_label_font_size;
+    s.color_by = global.color_by;
     return s;
 }
 
@@ -186,6 +188,7 @@ void document_history::apply(Global& global, const document_state& s, long long 
     global.raster_label_width = s.label_width;
     global.raster_label_height = s.label_height;
     global.raster_label_font_size = s.label_font_size;
+    global.color_by = s.color_by;
     const long long count = (long long)live.size();
     long long select = touched >= 0 && touched < count ? touched : s.current_layer;
     if (select >= count) select = count - 1;
@@ -287,6 +290,7 @@ string document_history::step_name(const document_state& before, const document_
                                    long long& touched_before, long long& touched_after) {
     if (before.paper_width != after.paper_width || before.paper_height != after.paper_height)
         return "Raster Size";
+    if (before.color_by != after.color_by) return "Colour Cabinets By";
     const std::size_t nb = before.prints.size();
     const std::size_t na = after.prints.size();
     const std::size_t common = std::min(nb, na);

@@ -25,6 +25,7 @@ struct document_state {
     bool label_enabled = false;
     string_array label_lines;
     int label_x = 0, label_y = 0, label_width = 0, label_height = 0, label_font_size = 20;
+    color_by_mode color_by = color_by_mode::chequer;
     // Memory the state holds of its own (shared layers and pictures not counted).
     std::size_t bytes = 0;
     // Tells states apart for the unsaved mark: equal ids, same document.

@@ -73,6 +73,12 @@ const string& gettopMenuString() {
         "Fit Raster|Show the whole raster in the canvas|COMMAND+0|CONTROL+0\n"
         "Actual Size|One raster pixel to one screen pixel|SHIFT+COMMAND+0|"
         "CONTROL+SHIFT+0\n"
+        // Ours: the wall from behind, and cabinets coloured by chain.
+        "Rear View|Show the wall as seen from behind: left and right swapped, texts "
+        "readable.||\n"
+        "Colour Cabinets By \u25b8 Chequer|Colour the cabinets with each screen's colours.||\n"
+        "Colour Cabinets By \u25b8 Port|Colour each cabinet by its data port.||\n"
+        "Colour Cabinets By \u25b8 Circuit|Colour each cabinet by its power circuit.||\n"
         "#Window\n"
         "Screen Info|Open tool Palltet 1|COMMAND+4|CONTROL+SHIFT+4\n"
         "Labels Info|Show/hide labels box.|COMMAND+5|CONTROL+SHIFT+5\n"

@@ -164,12 +164,12 @@ void PSDSaver::layinfo_desc_t::addRGBA(const unsigned char* pixels, std::size_t 
                blue.data() + channel_head, alpha.data() + channel_head);
 }
 
-void PSDSaver::add_layer(const pointer<app_layer>& layer) {
+void PSDSaver::add_layer(const pointer<app_layer>& layer, std::optional<long long> x) {
     if (!layer) return;
     const pointer<image> offscreen = layer->get_offscreen();
     if (!offscreen || offscreen->isNull()) return;
     layinfo_desc_t d;
-    d.x = static_cast<std::uint32_t>(layer->get_offset_x());
+    d.x = static_cast<std::uint32_t>(x ? *x : layer->get_offset_x());
     d.y = static_cast<std::uint32_t>(layer->get_offset_y());
     d.width = std::uint32_t(std::max(layer->get_full_width(), 0));
     d.height = std::uint32_t(std::max(layer->get_full_height(), 0));

@@ -9,6 +9,7 @@
 #include "core/large_allocator.h"
 #include "core/types.h"
 
+#include <optional>
 #include <vector>
 
 namespace Vantora_TesserinePro {
@@ -36,7 +37,8 @@ class PSDSaver {
     // Copies a layer's offscreen image (premultiplied, as drawn) as straight
     // colour at the layer's offset and full size. Null layers and layers
     // without an offscreen image are left out.
-    void add_layer(const pointer<app_layer>& layer);
+    // At x when given (a rear frame's mirrored place), else at the layer's offset.
+    void add_layer(const pointer<app_layer>& layer, std::optional<long long> x = std::nullopt);
     // pixels: straight RGBA, top row first, stride in bytes.
     void add_layer(unsigned x, unsigned y, unsigned width, unsigned height,
                    const unsigned char* pixels, int stride, const string& name);

@@ -12,6 +12,7 @@
 #include "document/image_layer.h"
 #include "plan/bom.h"
 #include "plan/power_plan.h"
+#include "render/rear_view.h"
 
 #include <QBuffer>
 #include <QDateTime>
@@ -171,6 +172,8 @@ void circuits_table(page_writer& page, const boxes_layer& layer, totals& sum) {
     sum.circuits += (long long)power.circuits.size();
 }
 
+void embed_frame(page_writer& page, QPainter& painter, const image& frame);
+
 void first_page(page_writer& page, QPainter& painter, const Global& global, const image& frame,
                 const report_options& options) {
     const int W = global.get_paper_width(), H = global.get_paper_height();
@@ -181,6 +184,11 @@ void first_page(page_writer& page, QPainter& painter, const Global& global, cons
         page.line("No frame was built.");
         return;
     }
+    embed_frame(page, painter, frame);
+}
+
+// The frame as large as the rest of the page holds it.
+void embed_frame(page_writer& page, QPainter& painter, const image& frame) {
     // Opaque, as the frame shows over the canvas's black background: the
     // premultiplied pixels read as they are, without a copy of 8K pixels;
     // at most 8K wide.
@@ -204,6 +212,19 @@ void first_page(page_writer& page, QPainter& painter, const Global& global, cons
     if (scaled)
         page.line(q(string_format("The frame of %d \u00d7 %d px is embedded scaled to %d px wide.",
                                   frame.width(), frame.height(), report_frame_width_limit)));
+}
+
+// The screen as the crew behind it sees it: left and right swapped, each
+// cabinet's ID its own.
+void rear_page(page_writer& page, QPainter& painter, const boxes_layer& layer, long long index,
+               const image& map) {
+    if (map.isNull()) return;
+    page.new_page();
+    page.heading(
+        q(string_format("Screen layer %lld: ", index)) + q(layer.get_name()) + " from behind", 14);
+    page.line("Rear view: as seen from behind the wall, left and right swapped.");
+    page.y += 6;
+    embed_frame(page, painter, map);
 }
 
 void screen_page(page_writer& page, const boxes_layer& layer, long long index, totals& sum) {
@@ -321,12 +342,15 @@ std::string write_report(const Global& global, const image& frame, const file::p
 
         totals sum;
         std::vector<QStringList> pictures;
+        const std::vector<image> rear_maps = rear_screen_maps(global);
         for (long long i = 0; i < global.get_layers_count(); ++i) {
             const pointer<app_layer> layer = global.get_layer(i);
             if (!layer) continue;
-            if (layer->get_layer_type() == e_layer_boxes)
-                screen_page(page, static_cast<const boxes_layer&>(*layer), i, sum);
-            else
+            if (layer->get_layer_type() == e_layer_boxes) {
+                const auto& screen = static_cast<const boxes_layer&>(*layer);
+                screen_page(page, screen, i, sum);
+                rear_page(page, painter, screen, i, rear_maps[std::size_t(i)]);
+            } else
                 pictures.push_back(
                     {q(layer->get_name()),
                      q(string_format("%d \u00d7 %d px", layer->get_width(), layer->get_height())),

@@ -1,7 +1,7 @@
 #pragma once
 // The show report: a PDF to hand to the crew. A first page with the frame,
-// then a page per screen layer with its figures and port loads, then the
-// totals of the project.
+// then a page per screen layer with its figures and port loads, each
+// followed by the screen's rear map, then the totals of the project.
 
 #include "core/file_path.h"
 #include "core/types.h"

@@ -103,6 +103,14 @@ command pattern_shown(test_pattern p) {
     return on_show([p](live_show& s) { s.show_pattern(p); });
 }
 
+// How every screen's cabinets are coloured; saved with the project.
+command color_cabinets_by(color_by_mode mode) {
+    return [mode](Global& g, MainScreen*) {
+        g.color_by = mode;
+        g.set_changed();
+    };
+}
+
 // "New" asks before unsaved work goes, and is one step that can be undone.
 void new_document(Global& g, MainScreen* s) {
     UndoController* undo = s ? s->undo_controller() : nullptr;
@@ -186,6 +194,14 @@ const std::map<std::string, command>& command_table() {
          [](Global&, MainScreen* screen) {
              if (screen && screen->main_impact()) screen->main_impact()->actual_size();
          }},
+        {"Rear View",
+         [](Global& g, MainScreen*) {
+             g.rear_view = !g.rear_view;
+             g.set_changed();
+         }},
+        {"Colour Cabinets By \u25b8 Chequer", color_cabinets_by(color_by_mode::chequer)},
+        {"Colour Cabinets By \u25b8 Port", color_cabinets_by(color_by_mode::port)},
+        {"Colour Cabinets By \u25b8 Circuit", color_cabinets_by(color_by_mode::circuit)},
         {"Screen Info", show<&MainScreen::showScreenInfo>()},
         {"Labels Info", show<&MainScreen::showLabelsInfo>()},
         {"Data tools", show<&MainScreen::showDataTools>()},

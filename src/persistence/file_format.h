@@ -28,9 +28,14 @@ class app_layer;
 
 // The whole text of a project or preset file: the header, the extra block
 // (none when empty), a record per layer and, when a body is given, the
-// raster label record.
+// raster label record and, after it, the drawing settings record unless
+// its body is empty.
 string layers_file_text(const pointer_array<app_layer>& layers, const string& magic,
-                        const string& extra, const string* raster_label_body);
+                        const string& extra, const string* raster_label_body,
+                        const string& settings_body = {});
+// The body of the drawing settings record: empty for the default drawing,
+// so that a project that does not use it saves as before.
+string drawing_settings_record(color_by_mode color_by);
 // A project's extra block: "Width:W\nHeight:H".
 string project_extra_block(int paper_width, int paper_height);
 

@@ -94,6 +94,7 @@ void Global::load_default_layers() {
     raster_label_y = 1080;
     raster_label_width = 0;
     raster_label_height = 0;
+    color_by = color_by_mode::chequer;
 
     new_boxes_layer();
 

@@ -8,6 +8,7 @@
 #include "document/global.h"
 #include "persistence/file_format.h"
 #include "persistence/read_report.h"
+#include "plan/cabinet_chains.h"
 
 #include <cstdint>
 #include <cstdio>
@@ -41,7 +42,8 @@ std::string up_to_nul(const std::string& buffer) {
 // ---------------------------------------------------------------- writers
 
 string layers_file_text(const pointer_array<app_layer>& layers, const string& magic,
-                        const string& extra, const string* raster_label_body) {
+                        const string& extra, const string* raster_label_body,
+                        const string& settings_body) {
     std::size_t count = 0;
     for (const auto& layer : layers)
         count += layer ? 1 : 0;
@@ -60,7 +62,21 @@ string layers_file_text(const pointer_array<app_layer>& layers, const string& ma
         append_record(text, layer->get_layer_type(), layer->get_layer_info());
     }
     if (raster_label_body) append_record(text, raster_label_record_type, *raster_label_body);
+    if (raster_label_body && !settings_body.empty())
+        append_record(text, drawing_settings_record_type, settings_body);
     return text;
+}
+
+string drawing_settings_record(color_by_mode color_by) {
+    if (color_by == color_by_mode::chequer) return {};
+    return string("ColorBy:") + plan::color_by_name(color_by) + "\n";
+}
+
+void Global::apply_drawing_settings(const string& body) {
+    line_reader lines(body);
+    std::string line;
+    while (lines.get_line(line))
+        if (line.rfind("ColorBy:", 0) == 0) plan::color_by_from_name(line.substr(8), color_by);
 }
 
 string project_extra_block(int paper_width, int paper_height) {
@@ -72,7 +88,8 @@ string project_extra_block(int paper_width, int paper_height) {
 string Global::project_or_presets_text(const pointer_array<app_layer>& layers, const string& magic,
                                        const string& extra, bool with_raster_label) const {
     const string label = with_raster_label ? get_raster_label_info() : string();
-    return layers_file_text(layers, magic, extra, with_raster_label ? &label : nullptr);
+    return layers_file_text(layers, magic, extra, with_raster_label ? &label : nullptr,
+                            drawing_settings_record(color_by));
 }
 
 bool Global::save_project_or_presets_to_file(const file::path& path,
@@ -257,6 +274,7 @@ pointer_array<app_layer> Global::create_layers_from_string(const string& text,
     // copies of that record (a damaged header can ask for a thousand copies
     // of a 16 MiB picture), so a second pass past the end stops the reading.
     bool past_end = false;
+    bool label_read = false;
     for (unsigned long i = 0; i <= count; ++i) {
         std::size_t head_at = reader.position();
         // Whether line holds an old line because the text ran out.
@@ -357,12 +375,26 @@ pointer_array<app_layer> Global::create_layers_from_string(const string& text,
             result.push_back(layer);
         } else if (type == raster_label_record_type) {
             load_raster_label_info(up_to_nul(buffer));
+            label_read = !stale && available == length;
         } else {
             diagnostics_printf("create_layers_from_string::ROW layer type incorrect [%d]\n", type);
             note(problem::unknown_record_type, head_at,
                  "a record of unknown type " + std::to_string(type) + "; reading stops");
             break;
         }
+    }
+    // Records after the raster label's, which older readers never reach:
+    // the drawing settings, and whatever a later version adds, passed over.
+    while (label_read && r.kind() == file_kind::project && reader.get_line(line)) {
+        int type = 0, declared = 0;
+        if (std::sscanf(line.c_str(), "%d %d", &type, &declared) != 2 || declared <= 0 ||
+            std::uint32_t(declared) > max_record_length)
+            break;
+        const std::size_t available =
+            std::min<std::size_t>(std::size_t(declared), reader.remaining());
+        const std::string body(reader.rest().substr(0, available));
+        reader.skip(available);
+        if (type == drawing_settings_record_type) apply_drawing_settings(body);
     }
     r.layers_read = result.size();
     return result;
@@ -378,11 +410,14 @@ void Global::load_project_from_string(const string& text, read_report* report) {
         bool label_enabled;
         string_array label_lines;
         int label_x, label_y, label_width, label_height, label_font_size;
-    } const kept{m_project,           current_layer_index,   paper_width,
-                 paper_height,        raster_label_enabled,  raster_label_lines,
-                 raster_label_x,      raster_label_y,        raster_label_width,
-                 raster_label_height, raster_label_font_size};
+        color_by_mode color_by;
+    } const kept{m_project,           current_layer_index,    paper_width,
+                 paper_height,        raster_label_enabled,   raster_label_lines,
+                 raster_label_x,      raster_label_y,         raster_label_width,
+                 raster_label_height, raster_label_font_size, color_by};
     m_project = std::make_shared<project>();
+    // A file without the settings record draws as the design does.
+    color_by = color_by_mode::chequer;
     set_current_layer_index(-1);
     pointer_array<app_layer> layers;
     try {
@@ -399,6 +434,7 @@ void Global::load_project_from_string(const string& text, read_report* report) {
         raster_label_width = kept.label_width;
         raster_label_height = kept.label_height;
         raster_label_font_size = kept.label_font_size;
+        color_by = kept.color_by;
         set_changed();
         throw;
     }

@@ -37,7 +37,7 @@ string project_file_text(const document_state& s) {
     return layers_file_text(
         s.layers, project_magic,
         project_extra_block(Global::paper_side(s.paper_width), Global::paper_side(s.paper_height)),
-        &label);
+        &label, drawing_settings_record(s.color_by));
 }
 
 recovery_store::recovery_store(const file::path& folder) : m_folder(folder) {

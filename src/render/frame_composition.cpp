@@ -9,6 +9,7 @@
 #include "render/image_wrap.h"
 #include "render/image_writers.h"
 #include "render/nano2d.h"
+#include "render/rear_view.h"
 
 #include <algorithm>
 
@@ -39,6 +40,28 @@ class draw_boxes_switch {
     bool m_was_on = false;
 };
 
+// Sets a layer's kept frame aside while its rear frame is built and stacked,
+// and puts it back after.
+class kept_frame_aside {
+  public:
+    explicit kept_frame_aside(app_layer& layer) : m_layer(layer) { swap(); }
+    ~kept_frame_aside() {
+        m_layer.release_frame();
+        swap();
+    }
+    kept_frame_aside(const kept_frame_aside&) = delete;
+    kept_frame_aside& operator=(const kept_frame_aside&) = delete;
+
+  private:
+    void swap() {
+        std::swap(m_layer.offscreen, m_offscreen);
+        m_layer.image_wrap.swap(m_wrap);
+    }
+    app_layer& m_layer;
+    pointer<image> m_offscreen;
+    ImageWrap m_wrap;
+};
+
 } // namespace
 
 void Global::request_save_to_file(const file::path& path) {
@@ -63,8 +86,12 @@ bool Global::defer_build_frame(bool main, nano2d::context* context) {
 
     const file::path request = save_request_path;
     const bool saving = !request.empty();
-    if (!any_changed && !saving && composite_image && !composite_image->isNull()) return false;
-    if (!fit_composite_to_raster()) return stop_after_failed_build();
+    const bool rear = main && rear_view;
+    if (!rear) rear_composite_image.reset();
+    if (!any_changed && !saving && composite_image && !composite_image->isNull() &&
+        (!rear || rear_composite_image))
+        return false;
+    if (!fit_to_raster(composite_image)) return stop_after_failed_build();
 
     const frame_file_kind kind =
         saving ? frame_file_kind_for(request.final_extension_lower()) : frame_file_kind::none;
@@ -72,11 +99,13 @@ bool Global::defer_build_frame(bool main, nano2d::context* context) {
     if (kind == frame_file_kind::psd) psd = std::make_unique<PSDSaver>();
     {
         OffscreenDraw draw(context, composite_image.get());
-        if (!stack_layers_into_composite(context, psd.get(), build_while_stacking))
+        // A rear frame's file holds the rear layers.
+        if (!stack_layers_into_composite(context, rear ? nullptr : psd.get(), build_while_stacking))
             return stop_after_failed_build();
-        if (raster_label_enabled) draw_raster_label(context);
+        if (raster_label_enabled) draw_raster_label(context, false);
     }
     frame_image_wrap.setData(context, composite_image.get());
+    if (rear && !compose_rear(context, psd.get())) return stop_after_failed_build();
     ++m_frame_generation;
 
     if (saving) write_frame_file(request, kind, psd.get());
@@ -101,7 +130,8 @@ void Global::begin_layer_builds() {
     if (m_project) m_project->ends_counter = 1;
 }
 
-bool Global::build_layer_frame(const pointer<app_layer>& layer, nano2d::context* context) {
+bool Global::build_layer_frame(const pointer<app_layer>& layer, nano2d::context* context,
+                               bool rear) {
     bool failed = false;
     auto report = [this, &failed](const string& message) {
         show_error(message);
@@ -111,7 +141,10 @@ bool Global::build_layer_frame(const pointer<app_layer>& layer, nano2d::context*
     if (m_host->is_only_current() && layer != current_layer())
         cleared = dynamic_cast<boxes_layer*>(layer.get());
     draw_boxes_switch switch_off(cleared);
-    layer->build_frame(context, report);
+    if (rear)
+        build_rear_frame(*layer, context, report);
+    else
+        layer->build_frame(context, report);
     return !failed;
 }
 
@@ -123,25 +156,41 @@ bool Global::rebuild_shown_layers(const pointer_array<app_layer>& layers,
     return true;
 }
 
-bool Global::fit_composite_to_raster() {
+bool Global::fit_to_raster(pointer<image>& composite) {
     // The composite keeps its identity for the life of the workspace; only
     // its pixels are replaced when the raster changes size.
     const int W = std::max(get_paper_width(), 1);
     const int H = std::max(get_paper_height(), 1);
-    if (!composite_image || composite_image->isNull() || composite_image->width() != W ||
-        composite_image->height() != H) {
+    if (!composite || composite->isNull() || composite->width() != W || composite->height() != H) {
         image fresh;
         if (image_size_allowed(W, H)) fresh = new_drawing_target(W, H);
         if (fresh.isNull()) {
             show_error("Offscreen allocated nullptr.");
             return false;
         }
-        if (composite_image)
-            *composite_image = std::move(fresh);
+        if (composite)
+            *composite = std::move(fresh);
         else
-            composite_image = std::make_shared<image>(std::move(fresh));
+            composite = std::make_shared<image>(std::move(fresh));
     }
-    composite_image->fill(Qt::transparent);
+    composite->fill(Qt::transparent);
+    return true;
+}
+
+bool Global::compose_rear(nano2d::context* context, PSDSaver* psd) {
+    if (!fit_to_raster(rear_composite_image)) return false;
+    OffscreenDraw draw(context, rear_composite_image.get());
+    const pointer_array<app_layer> stack =
+        m_project ? m_project->layers : pointer_array<app_layer>();
+    // Every layer is built anew for the rear, one at a time.
+    begin_layer_builds();
+    for (const auto& layer : stack) {
+        if (!layer || layer->is_hidden()) continue;
+        kept_frame_aside aside(*layer);
+        if (!build_layer_frame(layer, context, true)) return false;
+        stack_layer(context, layer, psd, true);
+    }
+    if (raster_label_enabled) draw_raster_label(context, true);
     return true;
 }
 
@@ -152,7 +201,7 @@ bool Global::stack_layers_into_composite(nano2d::context* frame, PSDSaver* psd, 
     for (const auto& layer : stack) {
         if (!layer || layer->is_hidden()) continue;
         if (build_each && !build_layer_frame(layer, frame)) return false;
-        stack_layer(frame, layer, psd);
+        stack_layer(frame, layer, psd, false);
         // Built for this frame only: at most one layer frame lives beside
         // the composite.
         if (build_each) layer->release_frame();
@@ -160,7 +209,8 @@ bool Global::stack_layers_into_composite(nano2d::context* frame, PSDSaver* psd, 
     return true;
 }
 
-void Global::stack_layer(nano2d::context* frame, const pointer<app_layer>& layer, PSDSaver* psd) {
+void Global::stack_layer(nano2d::context* frame, const pointer<app_layer>& layer, PSDSaver* psd,
+                         bool rear) {
     const int W = std::max(get_paper_width(), 1);
     const int H = std::max(get_paper_height(), 1);
     const enum_layer type = layer->get_layer_type();
@@ -170,21 +220,25 @@ void Global::stack_layer(nano2d::context* frame, const pointer<app_layer>& layer
     const ImageWrap* wrap = layer->get_nano2d_image(frame);
     const long long ox = layer->get_offset_x(), oy = layer->get_offset_y();
     const long long w = layer->get_full_width(), h = layer->get_full_height();
-    if (psd) psd->add_layer(layer);
     // A layer reaching the raster's right or bottom edge exactly loses its
     // last column or row: that is how frames have always been cut.
     const long long drawn_w = w + ox < W ? w : std::max<long long>(W - ox - 1, 1);
     const long long drawn_h = h + oy < H ? h : std::max<long long>(H - oy - 1, 1);
+    // From behind, the layer's (mirrored) frame and the part of it drawn
+    // sit where the mirror about the raster's centre line puts them.
+    const long long image_x = rear ? W - ox - offscreen->width() : ox;
+    const long long drawn_x = rear ? W - ox - drawn_w : ox;
+    if (psd) psd->add_layer(layer, rear ? std::optional<long long>(W - ox - w) : std::nullopt);
     const nano2d::paint p =
-        frame->image_pattern(wrap->handle, float(ox), float(oy), float(offscreen->width()),
+        frame->image_pattern(wrap->handle, float(image_x), float(oy), float(offscreen->width()),
                              float(offscreen->height()), 0.0f, 1.0f);
     frame->begin_path();
-    frame->rectangle(float(ox), float(oy), float(drawn_w), float(drawn_h));
+    frame->rectangle(float(drawn_x), float(oy), float(drawn_w), float(drawn_h));
     frame->fill_paint(p);
     frame->fill();
 }
 
-void Global::draw_raster_label(nano2d::context* frame) {
+void Global::draw_raster_label(nano2d::context* frame, bool rear) {
     const int W = std::max(get_paper_width(), 1);
     const int H = std::max(get_paper_height(), 1);
     const long long right = (long long)raster_label_x + raster_label_width;
@@ -208,7 +262,8 @@ void Global::draw_raster_label(nano2d::context* frame) {
     if (at_right) raster_label_x = W - raster_label_width;
     if (at_bottom) raster_label_y = H - raster_label_height;
     if (at_right || at_bottom) m_host->raster_label_settings_to_palette(*this);
-    const float x = float(raster_label_x), y = float(raster_label_y);
+    const float x = rear ? float(W) - float(raster_label_x) - width : float(raster_label_x);
+    const float y = float(raster_label_y);
     frame->begin_path();
     frame->rectangle(x, y, width, height);
     frame->fill_color(color::color::from_word(0x7f000000));
@@ -224,7 +279,7 @@ void Global::draw_raster_label(nano2d::context* frame) {
 }
 
 void Global::write_frame_file(const file::path& request, frame_file_kind kind, PSDSaver* psd) {
-    const image& frame = *composite_image;
+    const image& frame = rear_composite_image ? *rear_composite_image : *composite_image;
     if (kind == frame_file_kind::psd) {
         // PSD channels carry colours as drawn: straight alpha, top row first.
         m_last_save_ok = psd->savePSD(frame, request);

@@ -35,6 +35,11 @@ class ImageWrap {
     // Gives the handle back to the library that made it, so that no handle
     // is left pointing at pixels that are gone, and forgets it.
     void releaseImage();
+    void swap(ImageWrap& other) noexcept {
+        std::swap(handle, other.handle);
+        file_name.swap(other.file_name);
+        m_owner.swap(other.m_owner);
+    }
 
     int handle = -1;
     std::string file_name;

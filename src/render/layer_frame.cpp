@@ -4,6 +4,9 @@
 #include "core/diagnostics.h"
 #include "core/string_format.h"
 #include "document/boxes_layer.h"
+#include "document/global.h"
+#include "plan/cabinet_chains.h"
+#include "plan/chain_colors.h"
 #include "render/image_wrap.h"
 #include "render/nano2d.h"
 
@@ -44,7 +47,9 @@ void boxes_layer::build_frame(nano2d::context* context, error_callback on_error)
     }
     OffscreenDraw draw(context, target.get());
 
-    if (DrawBoxes) draw_boxes(context);
+    const plan::cabinet_chains chains =
+        plan::chains_of(*this, global ? global->color_by : color_by_mode::chequer);
+    if (DrawBoxes) draw_boxes(context, &chains);
     if (DrawGrid) draw_boxes_grid(context);
     if (DrawBoxesNames) draw_boxes_names(context);
     if (DrawCircle) {
@@ -102,9 +107,7 @@ void boxes_layer::build_frame(nano2d::context* context, error_callback on_error)
             "%d x %d ( %d ) / Aspect Ratio: %.2f",
             double(get_full_columns()), double(get_full_rows()), unsigned(cabinet_count()), w, h,
             int(unsigned(w) * unsigned(h)), double(float(w) / float(h)));
-        draw_label(context, 0, 5, info, color::color::from_word(name_text),
-                   color::color::from_word(name_background), "sans", 14,
-                   nano2d::align_center | nano2d::align_bottom);
+        draw_info_line(context, info, chains.names);
     }
 
     struct corner {
@@ -161,8 +164,70 @@ void boxes_layer::draw_label(nano2d::context* context, int x, int y, const strin
     context->text(text, X, Y);
 }
 
-void boxes_layer::draw_boxes(nano2d::context* context) {
+void boxes_layer::draw_info_line(nano2d::context* context, const string& info,
+                                 const std::vector<std::string>& legend) {
+    const int bottom = nano2d::align_bottom;
+    if (legend.empty())
+        return draw_label(context, 0, 5, info, color::color::from_word(name_text),
+                          color::color::from_word(name_background), "sans", 14,
+                          nano2d::align_center | bottom);
+    // The legend's names, each on its chain's colour, then the line, centred
+    // as the line alone is; a line wider than the screen starts at its left
+    // edge, so that the legend stays in sight.
+    constexpr float gap = 4.0f;
+    context->font_size(14.0f);
+    context->font_face("sans");
+    context->text_align(nano2d::align_left | bottom);
+    float bounds[4];
+    std::vector<std::string> pieces;
+    std::vector<float> widths;
+    float total = 0.0f;
+    for (const std::string& name : legend)
+        pieces.push_back(" " + name + " ");
+    pieces.push_back(info);
+    for (const std::string& piece : pieces) {
+        widths.push_back(context->text_bounds(piece, 0, 0, bounds));
+        total += widths.back() + (widths.size() > 1 ? gap : 0.0f);
+    }
+    // draw_label anchors a left-aligned text 10 pixels in.
+    float x = std::max(float(get_width() / 2) - total * 0.5f, 0.0f) - 10.0f;
+    for (std::size_t k = 0; k < pieces.size(); ++k) {
+        color::color text = color::color::from_word(name_text);
+        color::color back = color::color::from_word(name_background);
+        if (k < legend.size()) {
+            back = plan::chain_color(k);
+            if (back.red * 299 + back.green * 587 + back.blue * 114 <= 140000)
+                text = color::opaque_white;
+        }
+        draw_label(context, int(x), 5, pieces[k], text, back, "sans", 14,
+                   nano2d::align_left | bottom);
+        x += widths[k] + gap;
+    }
+}
+
+void boxes_layer::draw_boxes(nano2d::context* context, const plan::cabinet_chains* chains) {
     OffscreenDraw draw(context, offscreen.get());
+    if (chains && !chains->names.empty()) {
+        for_each_box(
+            [&](float x0, float y0, float x1, float y1, unsigned short column, unsigned short row) {
+                if (ExcludeBoxes.contains(box_id(column, row))) return false;
+                const auto on = chains->chain_of.find(box_id(column, row));
+                color::color c;
+                const bool dark = (column + row) % 2 != 0;
+                if (on != chains->chain_of.end())
+                    c = dark ? plan::chain_color_dark(on->second) : plan::chain_color(on->second);
+                else if (!BoxColors.empty())
+                    c = dark && !BoxTintColors.empty() ? BoxTintColors[0] : BoxColors[0];
+                context->fill_color(c);
+                context->begin_path();
+                context->rectangle(x0, y0, x1 - x0, y1 - y0);
+                context->close_path();
+                context->fill();
+                return false;
+            },
+            false);
+        return;
+    }
     if (BoxColors.empty()) return;
     const std::size_t n = BoxColors.size();
     long long counter = 0;

@@ -290,3 +290,32 @@ TEST_F(editing, FitShowsAn8kRasterCentredAndEditsLandAsAtActualSize) {
     canvas->repaint();
     EXPECT_EQ(canvas->get_effective_zoom(), z);
 }
+
+// From behind, a click acts on the cabinet seen under the pointer, a drag
+// moves a screen the way the hand goes, undo takes it back, and the live
+// output keeps the front.
+TEST_F(editing, TheRearViewEditsWhatIsSeen) {
+    global->rear_view = true;
+    global->set_changed();
+    canvas->repaint();
+    {
+        const Global::frame_view frame = global->read_frame();
+        ASSERT_TRUE(frame.rear());
+        EXPECT_EQ(frame.rear()->pixel(1919 - 140, 140), frame.composite()->pixel(140, 140));
+        EXPECT_NE(frame.rear()->pixel(140, 140), frame.composite()->pixel(140, 140));
+    }
+    // Cabinet (0, 0) is seen at the raster's right end.
+    click(at(1920 - 64, 64), Qt::ControlModifier);
+    EXPECT_TRUE(screen_layer->ExcludeBoxes.contains(box_id(0, 0)));
+    EXPECT_EQ(screen_layer->ExcludeBoxes.size(), 1u);
+    screen_layer->set_offset_x(300);
+    screen->undo_controller()->record();
+    canvas->repaint();
+    const document_history& history = screen->undo_controller()->history();
+    const std::size_t steps = history.steps();
+    drag(at(1920 - 500, 400), at(1920 - 500, 400) + QPoint(100, 0), Qt::ShiftModifier);
+    EXPECT_EQ(screen_layer->get_offset_x(), 200);
+    EXPECT_TRUE(wait_until([&] { return history.steps() == steps + 1; }));
+    screen->undo_controller()->undo();
+    EXPECT_EQ(global->current_boxes_layer()->get_offset_x(), 300);
+}

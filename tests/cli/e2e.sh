@@ -118,12 +118,13 @@ expect 2 "$BIN" bom bom.tsrx --csv --json
 
 # --- report -------------------------------------------------------------
 # The same project as a PDF: its text against the golden file, a page per
-# screen layer between the frame and the totals, the frame embedded as
+# screen layer, each followed by its rear map, between the frame and the
+# totals, the frame embedded as
 # render draws it, pixel for pixel, and a write that fails.
 SOURCE_DATE_EPOCH=1767225600 expect 0 "$BIN" report loads.tsrx -o loads.pdf
 pdftotext loads.pdf loads.txt
 golden loads.txt report_loads.txt
-same "$(pdfinfo loads.pdf | sed -n 's/^Pages: *//p')" 8
+same "$(pdfinfo loads.pdf | sed -n 's/^Pages: *//p')" 13
 expect 0 "$BIN" report loads.tsrx -o letter.pdf --page letter
 contains <(pdfinfo letter.pdf) "792 x 612 pts (letter)"
 expect 0 "$BIN" render loads.tsrx -o loads.png

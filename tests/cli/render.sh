@@ -84,6 +84,8 @@ done <<'TABLE'
 2|--sideways|wall.tsrx -o x.png --sideways|x.png
 2|missing.tsrx|missing.tsrx -o x.png|x.png
 2|junk.tsrx|junk.tsrx -o x.png|x.png
+2|--color-by takes chequer, port or circuit, not "wire"|wall.tsrx -o x.png --color-by wire|x.png
+2|--color-by takes chequer, port or circuit|wall.tsrx -o x.png --color-by|x.png
 1|no/such/folder/frame.png|wall.tsrx -o no/such/folder/frame.png|no
 1|Offscreen allocated nullptr.|huge.tsrx -o huge.png|huge.png
 1|the raster of 20000 by 20000 pixels is larger than the drawable limit (at most 32767|vast.tsrx -o vast.png|vast.png
@@ -131,5 +133,17 @@ done
 expect 2 "$BIN" render wall.tsrx -o red.psd --pattern red
 absent bad.png
 absent red.psd
+
+# From behind, with every text off, the frame is the front one mirrored
+# (outlines and circles too, screens cut by both edges); by port the
+# cabinets of one port keep a chequer of its colour, light and dark.
+project rear.tsrx 641 360 "$(screen Left -30 7 3 2 100 "$(printf 'DrawGrid:1\nDrawCircle:1\n')")" \
+  "$(screen Right 333 40 3 2 100)"
+expect 0 "$BIN" render rear.tsrx -o front.png --color-by port
+expect 0 "$BIN" render rear.tsrx -o rear.png --color-by port --rear
+convert front.png -flop flopped.png
+same "$(compare -metric AE flopped.png rear.png null: 2>&1)" 0
+same "$(pixel front.png 10 50) $(pixel front.png 100 50)" "230,25,75,255 153,16,50,255"
+same "$(pixel rear.png 630 50)" "230,25,75,255"
 
 finish render.sh

@@ -2,6 +2,7 @@
 // reader's passes, limits and messages, and the file commands.
 
 #include "core/diagnostics.h"
+#include "persistence/file_format.h"
 #include "support/workspace_fixtures.h"
 
 #include <QDir>
@@ -372,4 +373,40 @@ TEST_F(files, OpeningADamagedOrRefusedProject) {
     global.save_project_button();
     EXPECT_EQ(host.picks.back().suggested.string(), path("cut (repaired).tsrx"));
     EXPECT_EQ(read_file(path("cut.tsrx")), golden("new.tsrx").substr(0, 600));
+}
+
+// The cabinets' colouring rides in a record after the raster label's, where
+// older readers never look: a default project saves as before, a coloured one
+// reads back, records of later versions are passed over, and a project
+// without the record draws as the design does.
+TEST_F(files, DrawingSettingsRecordFollowsTheRasterLabel) {
+    {
+        capture_diagnostics quiet;
+        global.load_default_layers();
+    }
+    const auto text = [&] {
+        return global.project_or_presets_text(global.current_project()->get_layers(), project_magic,
+                                              "", true);
+    };
+    const std::string plain = text();
+    const std::string record = "101 13\nColorBy:port\n";
+    global.color_by = color_by_mode::port;
+    EXPECT_EQ(text(), plain + record);
+    ASSERT_TRUE(global.save_project_to_file(path("port.tsrx")));
+    const std::string coloured = read_file(path("port.tsrx"));
+
+    Global other(&host);
+    other.color_by = color_by_mode::circuit;
+    const std::string later = coloured.substr(0, coloured.size() - record.size()) +
+                              "102 6\nFuture" + "101 16\nColorBy:circuit\n";
+    ASSERT_TRUE(write_file(path("later.tsrx"), later));
+    EXPECT_TRUE(other.load_project_from_file(path("later.tsrx")).clean());
+    EXPECT_EQ(other.color_by, color_by_mode::circuit);
+    ASSERT_TRUE(other.load_project_from_file(path("port.tsrx")).clean());
+    EXPECT_EQ(other.color_by, color_by_mode::port);
+    ASSERT_TRUE(other.save_project_to_file(path("again.tsrx")));
+    EXPECT_EQ(read_file(path("again.tsrx")), coloured);
+    ASSERT_TRUE(write_file(path("old.tsrx"), coloured.substr(0, coloured.size() - record.size())));
+    ASSERT_TRUE(other.load_project_from_file(path("old.tsrx")).clean());
+    EXPECT_EQ(other.color_by, color_by_mode::chequer);
 }
