@@ -55,6 +55,9 @@ string key_caption(const string& key) {
         {"CircuitAmps", "Circuit Rating"},
         {"CircuitDerate", "Derate"},
         {"DrawPowerPath", "Power Path"},
+        {"BitDepth", "Colour Depth"},
+        {"FirstPort", "First Port"},
+        {"ProcessorUnit", "Unit"},
     };
     if (auto it = captions.find(key); it != captions.end()) return it->second;
     string text;
