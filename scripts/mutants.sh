@@ -80,6 +80,18 @@ MUTANTS=(
   "psd-unicode-count|src/export/psd_saver.cpp|s/out.put_u32(std::uint32_t(unicode.size()));/out.put_u32(std::uint32_t(unicode.size() + 1));/"
   "psd-unicode-unpadded|src/export/psd_saver.cpp|s/return (4 + 2 \* name.size() + 3) \/ 4 \* 4;/return 4 + 2 * name.size();/"
   "missing-logo-read|src/persistence/presets.cpp|/logo_file.string()))) return;/d"
+  # The bill of materials: spares rounded up, a corner weighs a quarter,
+  # hidden layers left out, CSV quotes doubled, a jumper between two
+  # cabinets, the hung weight without spares, weights of 0 or more, the
+  # palette's weight with a decimal comma.
+  "bom-spares-round-down|src/plan/bom.cpp|s/(k.spare_percents + 99) \/ 100/k.spare_percents \/ 100/"
+  "bom-corner-as-half|src/plan/bom.cpp|s/out.quarters += both ? 1 : 2;/out.quarters += 2;/"
+  "bom-hidden-counted|src/plan/bom.cpp|s/if (layer.is_hidden()) {/if (false) {/"
+  "bom-csv-quote-single|src/plan/bom.cpp|s/if (c == '\"') out += '\"';/(void)c;/"
+  "bom-jumper-per-cabinet|src/plan/bom.cpp|s/std::max<std::int64_t>(0, p.cabinets - 1)/p.cabinets/"
+  "bom-weight-with-spares|src/plan/bom.cpp|s/t.weight_kg += \*unit \* double(k.quarters) \/ 4;/t.weight_kg += *unit * double(k.quarters + spares * 4) \/ 4;/"
+  "bom-negative-weight|src/persistence/parameter_text.cpp|s/|| read < 0)/)/"
+  "bom-weight-comma|src/panels/settings_power.cpp|s/.replace(',', '.')//"
   # Undo: the oldest steps go first, a new step ends the redo list, a
   # rename is named by the old name, undo back to the save is clean.
   "history-drops-newest|src/document/history.cpp|s/m_undo.pop_front();/m_undo.pop_back();/"
@@ -140,7 +152,7 @@ MUTANTS=(
   "fit-not-on-open|src/canvas/main_impact.cpp|s/if (!live_output \&\& m_fitted_opens != workspace->documents_opened) fit_view();//"
   "frame-held-for-ever|src/app/main_screen.cpp|s/m_main_impact->set_frame_held(false);//"
   "presets-never-listed|src/app/main_screen.cpp|s/m_presets_shown = true;//"
-  "first-start-data-under-colors|src/app/palette_places.cpp|s/std::max(b.under(colors), b.under(power))/b.under(colors)/"
+  "first-start-colors-over-data|src/app/palette_places.cpp|s/b.put(colors, b.right_of(boxes), b.under(snake));/b.put(colors, b.right_of(boxes), canvas_top);/"
   "reach-without-grip|src/app/palette_places.cpp|s/const int held = std::min(grip, palette.width());/const int held = 0;/"
   "reach-not-after-drag|src/panels/settings_base_window.cpp|s/if (MainScreen\* screen = main_screen()) screen->keep_within_reach(this);//"
   # Many screens at once: packing, aligning, spacing, the block, the

@@ -35,6 +35,15 @@ in_scratch_folder() {
   cd "$WORK" || exit 1
 }
 
+# screen_info_only: a palette layout saved with Screen Info alone at the top
+# left, for scripts that press on the raster at fixed points of the canvas
+# (a first start places more palettes where a screen allows).
+screen_info_only() {
+  mkdir -p "$XDG_DATA_HOME/Tesserine"
+  printf '{"boxes_x": 10, "boxes_y": 70, "boxes_visible": true}\n' \
+    >"$XDG_DATA_HOME/Tesserine/settings_layout.network_payload"
+}
+
 stop_all() {
   [ -n "$APP_PID" ] && kill "$APP_PID" 2>/dev/null
   [ -n "$XVFB_PID" ] && kill "$XVFB_PID" 2>/dev/null
@@ -192,3 +201,13 @@ control_at() {
 }
 # a_dialog_is_open: after a fresh map, whether a dialog or popup is open.
 a_dialog_is_open() { grep -q '^modal' map.txt; }
+
+# check WHAT CMD...: runs CMD and counts it in passed or failed, naming a
+# failure on standard error.
+passed=0
+failed=0
+check() {
+  local what="$1"
+  shift
+  if "$@"; then passed=$((passed + 1)); else echo "FAIL: $what" >&2; failed=$((failed + 1)); fi
+}

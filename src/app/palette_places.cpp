@@ -23,28 +23,37 @@ struct builder {
     int under(palette p) const { return at[p].at.y() + size[p].height() + gap; }
 };
 
-// The arrangement of the design's default places, at our palettes' sizes:
-// Screen Info at the top left; Labels, Colors and Power in a row under it;
-// the Data palette under Colors and Power, the raster label's right of it.
+// A laptop's window: Screen Info, the Data palette right of it and Colors
+// under that; Power, the tallest, waits in the Window menu.
+places three(const sizes& size) {
+    builder b{size};
+    b.put(boxes, margin, canvas_top);
+    b.put(snake, b.right_of(boxes), canvas_top);
+    b.put(colors, b.right_of(boxes), b.under(snake));
+    return b.at;
+}
+
+// Every palette: Screen Info, the Data palette and the raster label's in a
+// row at the top; Labels, Colors and Power in a row under Screen Info, where
+// the tall ones have the room.
 places all(const sizes& size) {
     builder b{size};
     b.put(boxes, margin, canvas_top);
-    b.put(labels, margin, b.under(boxes));
-    b.put(colors, b.right_of(labels), b.under(boxes));
-    b.put(power, b.right_of(colors), b.under(boxes));
-    b.put(snake, b.right_of(labels), std::max(b.under(colors), b.under(power)));
-    b.put(raster, b.right_of(snake), b.at[snake].at.y());
+    b.put(snake, b.right_of(boxes), canvas_top);
+    b.put(raster, b.right_of(snake), canvas_top);
+    const int row = std::max({b.under(boxes), b.under(snake), b.under(raster)});
+    b.put(labels, margin, row);
+    b.put(colors, b.right_of(labels), row);
+    b.put(power, b.right_of(colors), row);
     return b.at;
 }
 
 // For a smaller window the four most used: the Data palette right of
-// Screen Info, Power and Colors under it.
+// Screen Info, Colors under it and Power under Screen Info.
 places four(const sizes& size) {
-    builder b{size};
-    b.put(boxes, margin, canvas_top);
-    b.put(snake, b.right_of(boxes), canvas_top);
+    places at = three(size);
+    builder b{size, at};
     b.put(power, margin, b.under(boxes));
-    b.put(colors, b.right_of(power), b.under(boxes));
     return b.at;
 }
 
@@ -68,7 +77,7 @@ places first_start(QSize window, const sizes& size) {
     const QRect room(0, strips_bottom, (window.width() - lists_width) * 3 / 4,
                      window.height() - strips_bottom);
     places chosen = screen_info_alone(size);
-    for (places (*arrange)(const sizes&) : {all, four})
+    for (places (*arrange)(const sizes&) : {all, four, three})
         if (places at = arrange(size); fits(at, size, room)) {
             chosen = at;
             break;

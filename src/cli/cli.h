@@ -23,6 +23,7 @@ int cmd_presets(const args& a);
 int cmd_route(const args& a);
 int cmd_power(const args& a);
 int cmd_processors(const args& a);
+int cmd_bom(const args& a);
 int cmd_render(const args& a);
 int cmd_export_resolume(const args& a);
 int cmd_report(const args& a);

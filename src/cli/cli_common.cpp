@@ -52,6 +52,11 @@ const command_help commands_help[] = {
      "its ports for main chains, for backups and free, and the layers on it;\n"
      "then the conflicts (a port taken twice, ports beyond the model's count,\n"
      "a chain over its limit); then the units of each model.\n"},
+    {"bom", "bom FILE [--json | --csv]",
+     "The bill of materials of the visible screen layers: cabinets by kind\n"
+     "(full, half and spare), processors, data cables and jumpers, power feeds\n"
+     "and jumpers, weights, and the totals; --csv as RFC 4180 with the header\n"
+     "item,kind,count,unit_weight_kg,weight_kg,notes.\n"},
     {"render", "render FILE... -o OUT [--format EXT] [--transparent] [--only-current]",
      "Renders the frame; the extension of OUT picks PNG, TGA, BMP, JPG or a\n"
      "layered PSD. With --format, or with several FILEs, OUT is a folder\n"

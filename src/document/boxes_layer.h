@@ -98,6 +98,8 @@ struct BoxesLayerDescription {
     std::int32_t ProcessorUnit = 1;
     std::int32_t FirstPort = 1; // of the unit, for the layer's first chain
     std::int32_t Backup = 0;    // 0 none, 1 loop back to the same unit, 2 a backup unit
+    double CabinetWeight = 0;       // kg a full cabinet; 0: not known
+    std::int32_t SparePercent = 0;  // spare cabinets to bring, per cent
 
     // Whether any of the processor keys above differs from its default.
     bool uses_processor_keys() const {

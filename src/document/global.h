@@ -231,6 +231,8 @@ class Global {
     // "Export Report...": the show report of the frame as it stands, written
     // at once; the workspace is only read.
     void save_report_button();
+    // "Export Bill of Materials...": the bill of materials as CSV, at once.
+    void save_bom_button();
     void layers_to_xml();
     // The callback of layers_to_xml for a chosen path; returns the path
     // written, empty when nothing was (cancelled or failed).

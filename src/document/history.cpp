@@ -58,6 +58,8 @@ string key_caption(const string& key) {
         {"BitDepth", "Colour Depth"},
         {"FirstPort", "First Port"},
         {"ProcessorUnit", "Unit"},
+        {"CabinetWeight", "Cabinet Weight"},
+        {"SparePercent", "Spare Cabinets"},
     };
     if (auto it = captions.find(key); it != captions.end()) return it->second;
     string text;

@@ -21,6 +21,7 @@ const string& gettopMenuString() {
         "Export Resolume Arena...|Export current layout to Resolume Arena|"
         "CONTROL+ALT+R|CONTROL+ALT+R\n"
         "Export Report...|Export a PDF show report for the crew.||\n"
+        "Export Bill of Materials...|Export what goes on the truck, as a CSV table.||\n"
         "#Edit\n"
         "Undo|Undo the last change|COMMAND+Z|CONTROL+Z\n"
         "Redo|Redo the change undone last|SHIFT+COMMAND+Z|CONTROL+SHIFT+Z\n"

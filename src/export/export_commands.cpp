@@ -3,7 +3,9 @@
 // a drawing context.
 
 #include "document/global.h"
+#include "core/atomic_file.h"
 #include "export/report.h"
+#include "plan/bom.h"
 
 namespace Vantora_TesserinePro {
 
@@ -44,6 +46,15 @@ void Global::save_report_button() {
                 write_report(*this, frame.composite() ? *frame.composite() : image(), out, options);
         }
         if (!error.empty()) show_error("The report could not be written: " + error);
+    });
+}
+
+void Global::save_bom_button() {
+    ask_for_path({{"csv", "CSV Table"}}, true, [this](const file::path& chosen) {
+        std::string error;
+        if (!write_file_atomically(chosen.with_all_extensions(".csv").string(),
+                                   plan::bom_csv(plan::make_bom(*this)), &error))
+            show_error("The bill of materials could not be written: " + error);
     });
 }
 

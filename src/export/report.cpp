@@ -10,6 +10,7 @@
 #include "document/boxes_layer.h"
 #include "document/global.h"
 #include "document/image_layer.h"
+#include "plan/bom.h"
 #include "plan/power_plan.h"
 #include "plan/processors.h"
 
@@ -310,6 +311,24 @@ void processors_page(page_writer& page, const plan::processor_plan& plan) {
     if (!models.empty()) page.line(q("Units by model: " + models));
 }
 
+// What goes on the truck, as `bom` lists it.
+void bom_page(page_writer& page, const plan::bill_of_materials& bom) {
+    page.new_page();
+    page.heading("Bill of materials", 14);
+    std::vector<QStringList> rows;
+    for (const plan::bom_row& r : bom.rows)
+        rows.push_back({q(r.item), q(r.kind), QString::number(r.count),
+                        q(plan::kg_text(r.unit_weight_kg)), q(plan::kg_text(r.weight_kg)),
+                        q(r.notes)});
+    page.table({0.13, 0.3, 0.08, 0.09, 0.1, 0.3},
+               {"Item", "Kind", "Count", "Unit kg", "Weight kg", "Notes"}, rows);
+    const plan::bom_totals& t = bom.totals;
+    page.line(q(plan::bom_line(bom)));
+    if (t.unknown_weight_cabinets)
+        page.line(q(string_format("%lld cabinets have no weight given: the weight leaves them out.",
+                                  (long long)t.unknown_weight_cabinets)));
+}
+
 } // namespace
 
 std::string report_date() {
@@ -373,6 +392,7 @@ std::string write_report(const Global& global, const image& frame, const file::p
             page.heading("Image layers", 11);
             page.table({0.5, 0.25, 0.25}, {"Name", "Size", "Offset"}, pictures);
         }
+        bom_page(page, plan::make_bom(global));
         if (!painter.end()) return "the PDF could not be finished";
     }
     std::string error;

@@ -4,6 +4,7 @@
 #include "panels/look.h"
 #include "panels/widgets/fields.h"
 #include "panels/widgets/small_widgets.h"
+#include "plan/bom.h"
 #include "plan/power_plan.h"
 
 #include <QComboBox>
@@ -12,6 +13,7 @@
 #include <QSignalBlocker>
 #include <QVBoxLayout>
 
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 
@@ -71,17 +73,28 @@ SettingsPower::SettingsPower(QWidget* parent, Global* global)
     watts->setFixedSize(70, 22);
     add(make_caption(grid_widget, "Watts"), watts);
     show_custom(false);
+    // The plan's own inputs beside the design's, so that the palette stays
+    // short enough to stand under Screen Info on a laptop's screen; the row
+    // of custom volts (1) stays the left column's alone and folds away.
+    const auto put = [&](const char* caption, QWidget* control, const char* name, int at,
+                         int side) {
+        control->setObjectName(name);
+        if (control != power_path) control->setFixedSize(70, 22);
+        QLabel* label = make_caption(grid_widget, caption);
+        if (side) label->setContentsMargins(10, 0, 0, 0); // apart from the first column
+        grid->addWidget(label, at, side * 2, cell);
+        grid->addWidget(control, at, side * 2 + 1, cell);
+    };
     circuit_amps = new IntBox(grid_widget);
-    circuit_amps->setFixedSize(70, 22);
-    circuit_amps->setObjectName("CircuitAmps");
-    add(make_caption(grid_widget, "Circuit Rating (A)"), circuit_amps);
+    put("Circuit Rating (A)", circuit_amps, "CircuitAmps", 0, 1);
     derate = new IntBox(grid_widget);
-    derate->setFixedSize(70, 22);
-    derate->setObjectName("CircuitDerate");
-    add(make_caption(grid_widget, "Derate (%)"), derate);
+    put("Derate (%)", derate, "CircuitDerate", 2, 1);
+    cabinet_weight = make_text_box(grid_widget);
+    put("Cabinet Weight (kg)", cabinet_weight, "CabinetWeight", 3, 1);
     power_path = new CheckboxWithFocus(grid_widget);
-    power_path->setObjectName("PowerPath");
-    add(make_caption(grid_widget, "Power Path"), power_path);
+    put("Power Path", power_path, "PowerPath", 4, 0);
+    spares = new IntBox(grid_widget);
+    put("Spares (%)", spares, "SparePercent", 4, 1);
 
     total = make_caption(body(), "Total Power: 0 Amp");
     pattern = new SettingsDataDiagram::W_SnakeChoicer(
@@ -92,12 +105,19 @@ SettingsPower::SettingsPower(QWidget* parent, Global* global)
     circuits->setObjectName("Circuits");
     circuits->setWordWrap(true);
     circuits->setAlignment(Qt::AlignCenter);
+    materials = make_caption(body(), "");
+    materials->setObjectName("Materials");
+    materials->setWordWrap(true);
+    materials->setAlignment(Qt::AlignCenter);
     column->addWidget(grid_widget, 0, Qt::AlignHCenter);
     column->addWidget(total, 0, Qt::AlignHCenter);
     column->addSpacing(4);
     column->addWidget(pattern, 0, Qt::AlignHCenter);
     column->addWidget(circuits, 0, Qt::AlignHCenter);
-    circuits->setFixedWidth(std::max(grid_widget->sizeHint().width(), pattern->sizeHint().width()));
+    column->addWidget(materials, 0, Qt::AlignHCenter);
+    const int line_width = std::max(grid_widget->sizeHint().width(), pattern->sizeHint().width());
+    circuits->setFixedWidth(line_width);
+    materials->setFixedWidth(line_width);
 
     connect(volts, &QComboBox::currentIndexChanged, this, [this](int i) { on_volts(i); });
     connect(custom_volts, &QLineEdit::editingFinished, this, [this] { on_custom_volts(); });
@@ -118,6 +138,8 @@ SettingsPower::SettingsPower(QWidget* parent, Global* global)
     circuit_amps->set_callback(writes([](boxes_layer& l, int v) { l.CircuitAmps = v; }));
     derate->set_callback(writes([](boxes_layer& l, int v) { l.CircuitDerate = v; }));
     power_path->set_callback(writes([](boxes_layer& l, bool v) { l.DrawPowerPath = v; }));
+    spares->set_callback(writes([](boxes_layer& l, int v) { l.SparePercent = std::max(0, v); }));
+    connect(cabinet_weight, &QLineEdit::editingFinished, this, [this] { on_weight(); });
     // The palette's text is fixed in size by its fields; the total line
     // may grow.
     layout()->setSizeConstraint(QLayout::SetFixedSize);
@@ -163,6 +185,20 @@ void SettingsPower::on_custom_volts() {
     update_amperes();
 }
 
+// A weight as typed, in kg with a point or a comma; what is not a weight of
+// 0 or more shows the layer's own again.
+void SettingsPower::on_weight() {
+    const pointer<boxes_layer> layer = current_boxes_layer();
+    if (!layer) return;
+    bool ok = false;
+    const double kg = cabinet_weight->text().trimmed().replace(',', '.').toDouble(&ok);
+    if (ok && std::isfinite(kg) && kg >= 0 && kg != layer->CabinetWeight) {
+        layer->CabinetWeight = kg;
+        mark_changed(*layer);
+    }
+    set_text_quietly(cabinet_weight, QString::fromStdString(plan::kg_text(layer->CabinetWeight)));
+}
+
 void SettingsPower::get_settings_from_layer(const pointer<boxes_layer>& layer) {
     if (!layer) return;
     // Any voltage but 110 shows as the second entry; the layer keeps its
@@ -173,6 +209,8 @@ void SettingsPower::get_settings_from_layer(const pointer<boxes_layer>& layer) {
     circuit_amps->set_value(layer->CircuitAmps);
     derate->set_value(layer->CircuitDerate);
     power_path->set_checked(layer->DrawPowerPath != 0);
+    set_text_quietly(cabinet_weight, QString::fromStdString(plan::kg_text(layer->CabinetWeight)));
+    spares->set_value(layer->SparePercent);
     pattern->get_settings_from_layer(layer);
     update_amperes();
     update_circuits_line();
@@ -209,6 +247,10 @@ void SettingsPower::update_circuits_line() {
     if (text != circuits->text()) circuits->setText(text);
     static const QColor warning(0xff, 0x70, 0x50);
     look::set_text_color(circuits, warn ? warning : look::text);
+    // The whole project's, as the bill of materials counts it.
+    const QString whole =
+        m_global ? QString::fromStdString(plan::bom_line(plan::make_bom(*m_global))) : QString();
+    if (whole != materials->text()) materials->setText(whole);
 }
 
 } // namespace Vantora_TesserinePro

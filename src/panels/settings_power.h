@@ -45,10 +45,16 @@ class SettingsPower : public SettingsBaseWindow {
     SettingsDataDiagram::W_SnakeChoicer* pattern = nullptr;
     CheckboxWithFocus* power_path = nullptr;
     QLabel* circuits = nullptr;
+    // The bill of materials: a cabinet's weight, the spares to bring, and
+    // the whole project's totals.
+    QLineEdit* cabinet_weight = nullptr;
+    IntBox* spares = nullptr;
+    QLabel* materials = nullptr;
 
   private:
     void on_volts(int index);
     void on_custom_volts();
+    void on_weight();
     void show_custom(bool shown);
     bool m_circuits_posted = false;
 };

@@ -121,6 +121,7 @@ const std::map<std::string, command>& command_table() {
         {"Export PSD...", [](Global& g, MainScreen*) { g.save_psd_button(); }},
         {"Export Resolume Arena...", [](Global& g, MainScreen*) { g.layers_to_xml(); }},
         {"Export Report...", [](Global& g, MainScreen*) { g.save_report_button(); }},
+        {"Export Bill of Materials...", [](Global& g, MainScreen*) { g.save_bom_button(); }},
         {"Add Screen Layer", [](Global& g, MainScreen*) { g.new_boxes_layer(); }},
         {"Add Image Layer", [](Global& g, MainScreen*) { TopMenuSubmenu::addImageLayer(&g); }},
         {"Set Logo Layer", [](Global& g, MainScreen*) { g.setLogoLayer(); }},

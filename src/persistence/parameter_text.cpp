@@ -6,6 +6,8 @@
 #include "core/number_reader.h"
 #include "document/boxes_layer.h"
 
+#include <charconv>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <stdexcept>
@@ -161,6 +163,20 @@ template <auto Field> std::string text_text(const BoxesLayerDescription& record)
     std::erase_if(text, [](char c) { return c == '\n' || c == '\r'; });
     return text;
 }
+// A weight as typed: the shortest text that reads back as the same number.
+template <auto Field> std::string decimal_text(const BoxesLayerDescription& record) {
+    char buffer[64];
+    const auto end = std::to_chars(buffer, buffer + sizeof buffer, record.*Field).ptr;
+    return std::string(buffer, end);
+}
+// A weight is a finite number of 0 or more; anything else costs the key.
+template <auto Field> void read_weight(BoxesLayerDescription& record, const std::string& value) {
+    char* end = nullptr;
+    const double read = std::strtod(value.c_str(), &end);
+    if (end == value.c_str() || *end != '\0' || !std::isfinite(read) || read < 0)
+        throw std::invalid_argument("not a weight of 0 or more");
+    record.*Field = read;
+}
 
 // Keys beyond the design's: read like the others, written after them where
 // they differ from the default.
@@ -179,6 +195,8 @@ const extension_key extension_keys[] = {
     {{"ProcessorUnit", &read_integer<&D::ProcessorUnit>}, &integer_text<&D::ProcessorUnit>},
     {{"FirstPort", &read_integer<&D::FirstPort>}, &integer_text<&D::FirstPort>},
     {{"Backup", &read_integer<&D::Backup>}, &integer_text<&D::Backup>},
+    {{"CabinetWeight", &read_weight<&D::CabinetWeight>}, &decimal_text<&D::CabinetWeight>},
+    {{"SparePercent", &read_integer<&D::SparePercent>}, &integer_text<&D::SparePercent>},
 };
 
 bool apply_reader(BoxesLayerDescription& record, const key_reader& reader, const string& key,

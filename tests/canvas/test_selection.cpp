@@ -38,6 +38,8 @@ struct selecting : window_test {
         global->set_current_layer_index(0);
         screen->undo_controller()->start_fresh();
         canvas->repaint();
+        canvas->actual_size(); // raster pixels are canvas pixels from (280, 0)
+        canvas->repaint();
     }
     QPoint at(int x, int y) const { return canvas->get_pan() + QPoint(x, y); }
     ids selected() { return canvas->selection().screens().indices(); }

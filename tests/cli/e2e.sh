@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Drives the built tesserine command line as a user would and checks its
-# outputs and exit codes: new, info, presets, route, export-resolume, pack,
-# bad input, and failed writes. render has a script of its own.
+# outputs and exit codes: new, info, presets, route, power, bom,
+# export-resolume, pack, bad input, and failed writes. render has a
+# script of its own.
 # Usage: e2e.sh PATH_TO_TESSERINE
 source "$(dirname "${BASH_SOURCE[0]}")/common.bash" "$1"
 
@@ -103,6 +104,44 @@ expect 0 "$BIN" power power.tsrx --layer 3 --json
 contains out.txt '"name": "Single", "failed": false, "message": "", "capacity_watts": 1840'
 expect 2 "$BIN" power power.tsrx --layer 1
 
+# --- bom ----------------------------------------------------------------
+# The list of a wall of two kinds, halves, an exclusion, spares and weights,
+# a hidden layer left out; text and JSON against golden files, the CSV read
+# back by Python's csv module with the counts that route and power give.
+project bom.tsrx 1920 1080 \
+  "$(wall Left HalfColumns:1001 ExcludeBoxes:65537 CabinetWeight:7.5 SparePercent:10)" \
+  "$(record 2 "$(printf 'Name:Picture\nOffsetX:0')")" \
+  "$(wall Floor Width:20 Height:20 PhysW:250 PhysH:250 DataDiagramType:1 SnakeLimit:800)" \
+  "$(wall Away Hidden:1 CabinetWeight:9)"
+expect 0 "$BIN" bom bom.tsrx
+golden out.txt bom.txt
+expect 0 "$BIN" bom bom.tsrx --json
+golden out.txt bom.json
+expect 0 "$BIN" bom bom.tsrx --csv
+"$BIN" route bom.tsrx --json >route.json 2>/dev/null
+"$BIN" power bom.tsrx --json >power.json 2>/dev/null
+if python3 - out.txt route.json power.json <<'PY'; then ok; else fail "the CSV disagrees with route and power"; fi
+import csv, json, sys
+with open(sys.argv[1], newline="") as f:
+    rows = list(csv.reader(f, strict=True))
+assert rows[0] == ["item", "kind", "count", "unit_weight_kg", "weight_kg", "notes"], rows[0]
+count = {}
+for r in rows[1:]:
+    assert len(r) == 6, r
+    count[r[0]] = count.get(r[0], 0) + int(r[2])
+route = [l for l in json.load(open(sys.argv[2]))["layers"] if l["name"] != "Away"]
+power = [l for l in json.load(open(sys.argv[3]))["layers"] if l["name"] != "Away"]
+ports = [p for l in route for p in l["ports"]]
+circuits = [c for l in power for c in l["circuits"]]
+assert count["data cable"] == len(ports), count
+assert count["data jumper"] == sum(p["cabinets"] - 1 for p in ports), count
+assert count["power feed"] == len(circuits), count
+assert count["power jumper"] == sum(c["cabinets"] - 1 for c in circuits), count
+assert count["cabinet"] + count["half cabinet"] == sum(c["cabinets"] for c in circuits), count
+assert count["left out"] == 12, count
+PY
+expect 2 "$BIN" bom bom.tsrx --csv --json
+
 # --- report -------------------------------------------------------------
 # The same project as a PDF: its text against the golden file, a page per
 # screen layer between the frame and the totals, the frame embedded as
@@ -110,7 +149,7 @@ expect 2 "$BIN" power power.tsrx --layer 1
 SOURCE_DATE_EPOCH=1767225600 expect 0 "$BIN" report loads.tsrx -o loads.pdf
 pdftotext loads.pdf loads.txt
 golden loads.txt report_loads.txt
-same "$(pdfinfo loads.pdf | sed -n 's/^Pages: *//p')" 7
+same "$(pdfinfo loads.pdf | sed -n 's/^Pages: *//p')" 8
 expect 0 "$BIN" report loads.tsrx -o letter.pdf --page letter
 contains <(pdfinfo letter.pdf) "792 x 612 pts (letter)"
 expect 0 "$BIN" render loads.tsrx -o loads.png

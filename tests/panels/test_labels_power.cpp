@@ -68,6 +68,9 @@ TEST_F(power, EachControlWritesItsFieldAndNothingElse) {
         {"Power pattern", [&] { click(s->pattern->boxes[6]); },
          [](boxes_layer& l) { l.PowerPattern = 6; }},
         {"Power Path", [&] { click(s->power_path); }, [](boxes_layer& l) { l.DrawPowerPath = 1; }},
+        {"Cabinet Weight", [&] { type(s->cabinet_weight, "7,5"); },
+         [](boxes_layer& l) { l.CabinetWeight = 7.5; }},
+        {"Spares", [&] { type(s->spares, 10); }, [](boxes_layer& l) { l.SparePercent = 10; }},
     });
 }
 

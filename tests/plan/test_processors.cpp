@@ -164,6 +164,11 @@ TEST_F(workspace_test, MapLabelsAndPaletteLine) {
     auto a = add_screen(global, "A", 0, 0, 4, 3, 10);
     auto b = add_screen(global, "B", 0, 40, 4, 1, 10);
     b->apply_layer_info("DrawLayerName:0\nDrawScreenSize:0\nDrawInfoLine:0");
+    // A custom path whose first run ends on a hidden cabinet.
+    add_screen(global, "C", 0, 60, 4, 1, 10)
+        ->apply_layer_info("DrawLayerName:0\nDrawScreenSize:0\nDrawInfoLine:0\nCustomDataPath:1\n"
+                           "CustomPath:0,65536|131072,196608\nExcludeBoxes:65536\n"
+                           "Processor:Generic 4 x 1G\nProcessorUnit:3");
     a->apply_layer_info("Processor:Generic 16 x 1G\nFirstPort:2\nBackup:1\nSnakeMode:0\n"
                         "DataDiagramType:1\nFrameRate:120\nWidth:300\nHeight:300\n"
                         "ExcludeBoxes:65537\nDrawLayerName:0\nDrawScreenSize:0\nDrawInfoLine:0");
@@ -174,8 +179,8 @@ TEST_F(workspace_test, MapLabelsAndPaletteLine) {
         labels.push_back(call.args[0]);
     // 300 x 300 cabinets: three a chain at 120 Hz (327,680 px), so a row
     // of four is two chains; the excluded (1,1) is skipped.
-    const std::vector<std::string> want = {"1:2",  "B1:6", "1:3",  "B1:7", "1:4",
-                                           "B1:8", "1:5",  "B1:9", "P5",   "R5"};
+    const std::vector<std::string> want = {"1:2",  "B1:6", "1:3", "B1:7", "1:4", "B1:8", "1:5",
+                                           "B1:9", "P5",   "R5",  "3:1",  "3:2", "3:2"};
     std::vector<std::string> got;
     for (const std::string& t : labels)
         if (t.find(':') != std::string::npos || t[0] == 'P' || t[0] == 'R') got.push_back(t);
@@ -186,7 +191,7 @@ TEST_F(workspace_test, MapLabelsAndPaletteLine) {
     EXPECT_EQ(plan::processor_line(p, 1), "");
     b->apply_layer_info("Processor:Generic 16 x 1G\nBackup:2");
     EXPECT_EQ(plan::processor_line(plan::plan_processors(global), 1),
-              "Unit 1 \u00b7 port 1 of 16 \u00b7 backup unit 2 port 1 \u00b7 fullest 0 %");
+              "Unit 1 \u00b7 port 1 of 16 \u00b7 backup unit 4 port 1 \u00b7 fullest 0 %");
 }
 
 // The library file: the user's models round trip; what cannot be taken is

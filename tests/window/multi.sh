@@ -11,6 +11,7 @@ BIN="$(realpath "$1")"
 ROOT="$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)"
 source "$ROOT/scripts/xvfb.bash"
 in_scratch_folder
+screen_info_only
 FIRST=""
 trap '[ -n "$FIRST" ] && kill "$FIRST" 2>/dev/null; stop_all; rm -rf "$WORK"' EXIT
 DEADLINE=120
@@ -34,8 +35,12 @@ start_display 1600x1000 || exit 1
 launch "$BIN" "$WORK/stage.tsrx" || { cat app.log >&2; exit 1; }
 read -r WX WY < <(window_origin "$WID")
 at() { echo $((WX + 280 + $1)) $((WY + 70 + $2)); }
-# The frame is in once Left's first cabinet is no longer the background.
-drawn() { shoot window.png "$WID" && ! pixel_is window.png $((280 + 132)) $((70 + 82)) "48,48,52"; }
+# The frame is in, at Actual Size (an opened project is fitted to the free
+# canvas first), once Left's first cabinet is no longer the background.
+drawn() {
+  xdotool key --window "$WID" ctrl+shift+0
+  shoot window.png "$WID" && ! pixel_is window.png $((280 + 132)) $((70 + 82)) "48,48,52"
+}
 wait_for "the first frame" "$DEADLINE" drawn 2>/dev/null || { echo "FAIL: no frame" >&2; exit 1; }
 
 n=0

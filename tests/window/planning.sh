@@ -2,20 +2,13 @@
 # Planning the wall in the real tesserine under Xvfb: the Power palette's
 # circuit rating, chain pattern and power path, typed and clicked as a user
 # does; each change one undo step; the canvas draws the power path as the
-# command line renders it.
+# command line renders it; the bill of materials from the File menu.
 # Usage: planning.sh PATH_TO_TESSERINE
 set -uo pipefail
 BIN="$(realpath "$1")"
 source "$(dirname "${BASH_SOURCE[0]}")/../../scripts/xvfb.bash"
 in_scratch_folder
 DEADLINE=120
-passed=0
-failed=0
-check() { # WHAT CMD...
-  local what="$1"
-  shift
-  if "$@"; then passed=$((passed + 1)); else echo "FAIL: $what" >&2; failed=$((failed + 1)); fi
-}
 # click PLACE KIND NAME [TEXT]: clicks the control; with TEXT, types it and Return.
 click() {
   read -r X Y < <(control_at "$1" "$2" "$3") || give_up "no $2 $3 in $1"
@@ -23,15 +16,19 @@ click() {
   xdotool mousemove "$X" "$Y" click 1
   if [ $# -ge 4 ]; then xdotool key ctrl+a type --delay 5 -- "$4" && xdotool key Return; fi
 }
-# save_as KEYS FILE: the command of KEYS answered with FILE; waits for it.
+# answer_save FILE: the save dialog answered with FILE; waits for it.
+answer_save() {
+  wait_for "the save dialog" "$DEADLINE" has_window "^Save As" || return 1
+  xdotool windowfocus --sync "$(window_id "^Save As")" 2>/dev/null
+  xdotool type --delay 5 "$WORK/$1" && xdotool key Return
+  wait_for "$1" "$DEADLINE" test -s "$1"
+}
+# save_as KEYS FILE: the command of KEYS answered with FILE.
 save_as() {
   rm -f "$2"
   xdotool windowfocus --sync "$WID" 2>/dev/null
   xdotool key "$1"
-  wait_for "the save dialog" "$DEADLINE" has_window "^Save As" || return 1
-  xdotool windowfocus --sync "$(window_id "^Save As")" 2>/dev/null
-  xdotool type --delay 5 "$WORK/$2" && xdotool key Return
-  wait_for "$2" "$DEADLINE" test -s "$2"
+  answer_save "$2"
 }
 # power_is FILE TEXT: the power plan's text form holds TEXT.
 power_is() { "$BIN" power "$1" 2>/dev/null | grep -qF -- "$2"; }
@@ -65,6 +62,25 @@ check "opened" wait_for "the end of the open dialog" "$DEADLINE" eval '! has_win
 "$BIN" render power.tsrx -o expected.png 2>/dev/null
 check "exported" save_as alt+s frame.png
 check "the canvas's frame is the command line's" wait_for "the PNG" "$DEADLINE" cmp -s frame.png expected.png
+
+# The bill of materials: a weight typed with a decimal comma and a spare
+# share; File > Export Bill of Materials... writes what `bom --csv` writes,
+# and a real CSV reader reads it.
+click "palette:Power" field CabinetWeight "7,5"
+click "palette:Power" field SparePercent 10
+check "saved with a weight" save_as ctrl+s bom.tsrx
+check "the weight as typed" grep -q '^CabinetWeight:7.5$' bom.tsrx
+read -r X Y < <(control_at menu entry File) && xdotool mousemove "$X" "$Y" click 1
+read -r X Y < <(control_at submenu entry "Export Bill of Materials...") &&
+  xdotool mousemove "$X" "$Y" click 1
+check "exported the list" answer_save bom.csv
+"$BIN" bom bom.tsrx --csv >expected.csv 2>/dev/null
+check "the window's list is the command line's" cmp -s bom.csv expected.csv
+check "40 cabinets and 4 spares, 300 kg" python3 -c '
+import csv, sys
+rows = list(csv.DictReader(open("bom.csv", newline="")))
+got = {r["item"]: (r["count"], r["weight_kg"]) for r in rows}
+sys.exit(got["cabinet"] != ("40", "300") or got["spare cabinet"] != ("4", "30"))'
 
 echo "planning: $passed passed, $failed failed"
 [ "$failed" -eq 0 ]

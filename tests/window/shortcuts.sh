@@ -10,6 +10,7 @@ ROOT="$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)"
 source "$ROOT/scripts/xvfb.bash"
 
 in_scratch_folder
+screen_info_only
 DEADLINE="${DEADLINE:-120}"
 
 start_display 1600x1000 || exit 1

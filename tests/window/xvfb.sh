@@ -13,17 +13,11 @@ ROOT="$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)"
 source "$ROOT/scripts/xvfb.bash"
 
 in_scratch_folder
+screen_info_only
 
 # Generous: CI is a loaded two-core machine, and a wait ends as soon as
 # what it waits for is there.
 DEADLINE=120
-passed=0
-failed=0
-check() { # WHAT CMD...
-  local what="$1"
-  shift
-  if "$@"; then passed=$((passed + 1)); else echo "FAIL: $what" >&2; failed=$((failed + 1)); fi
-}
 
 start_display 1600x1000 || exit 1
 launch "$BIN" || { cat app.log >&2; exit 1; }
