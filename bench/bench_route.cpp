@@ -2,7 +2,9 @@
 // plain walk over the same cabinets, the least any router has to do.
 
 #include "datapath/snake.h"
+#include "persistence/processor_library.h"
 #include "plan/power_plan.h"
+#include "plan/processors.h"
 #include "support/workspace_builders.h"
 
 #include <benchmark/benchmark.h>
@@ -95,6 +97,25 @@ void power_plan_1M(benchmark::State& state) {
     state.SetItemsProcessed(state.iterations() * 1000000);
 }
 
+// The processors of the same wall, against route_novastar_1M: a model of
+// 1024 ports of one column each gives the same thousand chains, then each
+// goes on its unit and port.
+void processors_plan_1M(benchmark::State& state) {
+    million_wall w;
+    w.layer->Processor = "Bench 1024";
+    w.global.m_project->layers.push_back(w.layer);
+    processor_library library;
+    library.put({"Bench 1024", 1024, 100000, 50000});
+    int ports = 0;
+    for (auto _ : state) {
+        const plan::processor_plan p = plan::plan_processors(w.global.m_project->layers, library);
+        ports = p.main_ports() + p.backup_ports();
+        benchmark::DoNotOptimize(p.units.data());
+    }
+    state.counters["ports"] = double(ports);
+    state.SetItemsProcessed(state.iterations() * 1000000);
+}
+
 // The same wall with every tenth cabinet excluded, skipped by both routers.
 void route_novastar_1M_excluded(benchmark::State& state) {
     million_wall w;
@@ -124,6 +145,7 @@ BENCHMARK(walk_1M)->Unit(benchmark::kMillisecond)->ComputeStatistics("min", fast
 BENCHMARK(route_novastar_1M)->Unit(benchmark::kMillisecond)->ComputeStatistics("min", fastest);
 BENCHMARK(route_other_1M)->Unit(benchmark::kMillisecond)->ComputeStatistics("min", fastest);
 BENCHMARK(power_plan_1M)->Unit(benchmark::kMillisecond)->ComputeStatistics("min", fastest);
+BENCHMARK(processors_plan_1M)->Unit(benchmark::kMillisecond)->ComputeStatistics("min", fastest);
 BENCHMARK(route_novastar_1M_excluded)
     ->Unit(benchmark::kMillisecond)
     ->ComputeStatistics("min", fastest);

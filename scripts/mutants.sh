@@ -201,6 +201,26 @@ MUTANTS=(
   "identify-left-forward|src/canvas/live_show.cpp|s/key == Qt::Key_Left ? -1 : 1/1/"
   "live-shows-map-always|src/canvas/main_impact.cpp|s/if (shown_instead) composite = shown_instead;//"
   "live-frame-kept-after-edit|src/canvas/live_show.cpp|s/if (m_dirty || frame_generation != m_frame_generation) {/if (m_dirty) {/"
+  # The processors: the limit from depth and rate, ports across layers,
+  # both backups, each conflict, a failed layer taking nothing, the map's
+  # labels, the library file and the palette.
+  "limit-deep-at-8|src/plan/processors.cpp|s/const bool deep = layer.BitDepth > 8;/const bool deep = layer.BitDepth >= 8;/"
+  "limit-model-rate|src/plan/processors.cpp|s/deep ? model->pixels_10bit : model->pixels_8bit) \* 60 \/ rate/deep ? model->pixels_10bit : model->pixels_8bit) * 50 \/ rate/"
+  "loop-back-overlaps|src/plan/processors.cpp|s/port_ref{layer->ProcessorUnit, port + int(out.chains.size())}/port_ref{layer->ProcessorUnit, port + int(out.chains.size()) - 1}/"
+  "clash-unseen|src/plan/processors.cpp|s/t != unit.taken.end())/false)/"
+  "last-port-spare|src/plan/processors.cpp|s/if (last > model.ports)/if (last > model.ports + 1)/"
+  "backup-unit-reuses-number|src/plan/processors.cpp|s/last_main + int(backup_unit_of.size()) + 1/last_main + int(backup_unit_of.size())/"
+  "failed-layer-takes-ports|src/plan/processors.cpp|s/if (!out.failed \&\& model \&\& !out.chains.empty())/if (model \&\& !out.chains.empty())/"
+  "over-limit-allowed|src/plan/processors.cpp|s/if (!c.load.over) continue;/continue;/"
+  "unit-model-mix|src/plan/processors.cpp|s/if (unit.model != model.name)/if (false)/"
+  "free-ports-ignore-backup|src/plan/processors.cpp|s/unit.ports - unit.main_ports - unit.backup_ports/unit.ports - unit.main_ports/"
+  "return-label-main|src/render/data_path_drawing.cpp|s/c.backup ? plan::backup_label(\*c.backup) : plan::port_label(\*c.main)/plan::port_label(*c.main)/"
+  "hidden-end-keeps-chain|src/render/data_path_drawing.cpp|s/if (b.is_port_end() \&\& chain_open) ++chain, chain_open = false;/(void)0;/"
+  "damaged-library-not-kept|src/persistence/processor_library.cpp|s/if (protect) keep_aside(path);/(void)protect;/"
+  "library-name-twice|src/persistence/processor_library.cpp|s/if (model.name != replacing \&\& find(model.name))/if (false)/"
+  "route-units-always|src/cli/cmd_route.cpp|s/(l.processor_keys$/(true/"
+  "palette-depth-10-for-12|src/panels/settings_data_diagram.cpp|s/bit_depths\[std::clamp(i, 0, 2)\]/bit_depths[std::clamp(i, 0, 1)]/"
+  "dialog-change-adds|src/panels/processors_dialog.cpp|s/    put(chosen);/    put({});/"
 )
 
 CORE_PROGRAMS=(test_core test_document test_persistence test_datapath test_plan test_render test_export test_hardening)

@@ -11,6 +11,7 @@
 #include <QAbstractSpinBox>
 #include <QApplication>
 #include <QCheckBox>
+#include <QComboBox>
 #include <QFileInfo>
 #include <QLabel>
 #include <QLineEdit>
@@ -40,6 +41,7 @@ const char* kind_of(const QWidget* w) {
     if (qobject_cast<const QCheckBox*>(w)) return "check";
     if (qobject_cast<const QAbstractButton*>(w)) return "button";
     if (qobject_cast<const QAbstractSpinBox*>(w)) return "field";
+    if (qobject_cast<const QComboBox*>(w)) return "combo";
     // A spin box's own line edit is the spin box.
     if (qobject_cast<const QLineEdit*>(w))
         return qobject_cast<const QAbstractSpinBox*>(w->parentWidget()) ? nullptr : "field";

@@ -5,7 +5,7 @@
 // time the file is missing, every control a click reaches now, one a line:
 //   PLACE<TAB>KIND<TAB>X<TAB>Y<TAB>NAME
 // PLACE is "top", "menu", "submenu", "list", "palette:TITLE" or "other";
-// KIND is "button", "check", "field" or "entry"; X and Y are a point of
+// KIND is "button", "check", "field", "combo" or "entry"; X and Y are a point of
 // the screen, in the screen's own pixels at any display scale, where a
 // click lands on the control. A last line "modal<TAB>
 // TITLE" tells an open dialog or popup. Writing the file also shows that

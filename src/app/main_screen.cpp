@@ -195,6 +195,7 @@ void MainScreen::create_main_screen() {
     settings_load_layout();
     resize_elements_to_window_size(width(), height());
     workspace->load_default_presets();
+    workspace->load_processor_models();
     // The lists fill at the first turn of the event loop.
     post_layout();
     // Shortcuts and Tab work wherever the focus is in this window.

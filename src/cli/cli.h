@@ -22,6 +22,7 @@ int cmd_info(const args& a);
 int cmd_presets(const args& a);
 int cmd_route(const args& a);
 int cmd_power(const args& a);
+int cmd_processors(const args& a);
 int cmd_bom(const args& a);
 int cmd_render(const args& a);
 int cmd_export_resolume(const args& a);

@@ -40,12 +40,18 @@ const command_help commands_help[] = {
      "The preset list as the program has it at start, or the presets a\n"
      "preset FILE reads as: INDEX<TAB>NAME<TAB>WxH<TAB>COLUMNSxROWS.\n"},
     {"route", "route FILE [--layer N] [--json]",
-     "The data path of every screen layer, or of layer N, cabinet by cabinet;\n"
-     "with --json, the port loads of every screen layer as one JSON document.\n"},
+     "The data path of every screen layer, or of layer N, cabinet by cabinet,\n"
+     "with each chain's unit and port where a processor is chosen; with\n"
+     "--json, the port loads of every screen layer as one JSON document.\n"},
     {"power", "power FILE [--layer N] [--json]",
      "The power plan of every screen layer, or of layer N: each circuit with\n"
      "its phase, first and last cabinet, cabinets, watts, amperes and share of\n"
      "the breaker rating, then the amperes of each phase and the totals.\n"},
+    {"processors", "processors FILE [--json]",
+     "The processors of the whole wall: every unit in use with its model and\n"
+     "its ports for main chains, for backups and free, and the layers on it;\n"
+     "then the conflicts (a port taken twice, ports beyond the model's count,\n"
+     "a chain over its limit); then the units of each model.\n"},
     {"bom", "bom FILE [--json | --csv]",
      "The bill of materials of the visible screen layers: cabinets by kind\n"
      "(full, half and spare), processors, data cables and jumpers, power feeds\n"

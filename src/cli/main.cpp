@@ -31,7 +31,8 @@ int main(int argc, char** argv) {
     static const std::map<std::string, int (*)(const cli::args&)> commands = {
         {"new", &cli::cmd_new},         {"info", &cli::cmd_info},
         {"presets", &cli::cmd_presets}, {"route", &cli::cmd_route},
-        {"power", &cli::cmd_power},       {"bom", &cli::cmd_bom},
+        {"power", &cli::cmd_power},     {"processors", &cli::cmd_processors},
+        {"bom", &cli::cmd_bom},
         {"render", &cli::cmd_render},   {"export-resolume", &cli::cmd_export_resolume},
         {"report", &cli::cmd_report},   {"pack", &cli::cmd_pack},
     };

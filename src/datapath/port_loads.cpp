@@ -27,13 +27,17 @@ std::int64_t whole(float v) {
 } // namespace
 
 layer_loads port_loads(const boxes_layer& layer) {
+    return port_loads(layer, layer.SnakeLimit);
+}
+
+layer_loads port_loads(const boxes_layer& layer, std::int64_t pixel_limit, route* kept) {
     layer_loads out;
     const bool novastar = !layer.CustomDataPath && layer.DataDiagramType == 0;
     out.type = layer.CustomDataPath ? "custom" : novastar ? "novastar" : "other";
-    out.limit = layer.SnakeLimit;
+    out.limit = pixel_limit;
     route r;
     try {
-        r = make_route(layer);
+        r = make_route(layer, pixel_limit);
     } catch (const std::runtime_error& e) {
         out.failed = true;
         out.message = e.what();
@@ -71,6 +75,7 @@ layer_loads port_loads(const boxes_layer& layer) {
     };
     walk_chains(
         r, [&](const box& b) { return layer.should_skip_box(b); }, add, close);
+    if (kept) *kept = std::move(r);
     return out;
 }
 

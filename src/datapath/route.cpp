@@ -41,8 +41,8 @@ std::int32_t truncate_to_int(float v) {
 
 // Pixel sums are compared with the limit as unsigned 64-bit numbers, so a
 // negative limit never stops anything.
-std::uint64_t limit_of(const boxes_layer& layer) {
-    return std::uint64_t(std::int64_t(layer.SnakeLimit));
+std::uint64_t limit_of(std::int64_t limit) {
+    return std::uint64_t(limit);
 }
 bool above(std::int64_t pixels, std::uint64_t limit) {
     return std::uint64_t(pixels) > limit;
@@ -486,9 +486,14 @@ int pixel_count(const box& b) {
 }
 
 route make_route(const boxes_layer& layer) {
+    return make_route(layer, layer.SnakeLimit);
+}
+
+route make_route(const boxes_layer& layer, std::int64_t pixel_limit) {
     if (layer.CustomDataPath) return custom_route(layer);
-    const std::uint64_t limit = limit_of(layer);
-    if (layer.DataDiagramType != 0) return chains_under(layer, layer.SnakeMode, limit, pixel_weight{});
+    const std::uint64_t limit = limit_of(pixel_limit);
+    if (layer.DataDiagramType != 0)
+        return chains_under(layer, layer.SnakeMode, limit, pixel_weight{});
     // "Novastar" routes through excluded cabinets unless told to skip them.
     const pattern_bits p(layer.SnakeMode);
     const excluded_cells excluded(layer, layer.SkipBlankBoxes != 0);

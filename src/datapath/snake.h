@@ -39,6 +39,9 @@ int pixel_count(const box& b);
 // hold a line, and std::runtime_error(too_many_cabinets_text) for a computed
 // route of a wall above max_route_cabinets.
 route make_route(const boxes_layer& layer);
+// The same with another pixel limit in place of SnakeLimit: a port's limit
+// at the layer's colour depth and frame rate.
+route make_route(const boxes_layer& layer, std::int64_t pixel_limit);
 
 // The power path: the layer's cabinets chained onto circuits by the same
 // engine and the same "Other Type" rule, each cabinet weighing its quarter
@@ -114,6 +117,9 @@ struct layer_loads {
     const port_load* fullest() const;
 };
 layer_loads port_loads(const boxes_layer& layer);
+// The loads of a route made with pixel_limit, measured against it; the
+// route itself goes to kept when one is given.
+layer_loads port_loads(const boxes_layer& layer, std::int64_t pixel_limit, route* kept = nullptr);
 
 } // namespace Snake
 } // namespace Vantora_TesserinePro

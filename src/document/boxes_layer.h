@@ -95,9 +95,21 @@ struct BoxesLayerDescription {
     std::int32_t CircuitDerate = 80; // per cent of the rating a circuit may carry
     std::int32_t PowerPattern = -1;  // 0-7 as SnakeMode; below 0: SnakeMode
     std::int32_t DrawPowerPath = 0;
+    // The processor that feeds the layer, and the signal it carries.
+    std::int32_t BitDepth = 8;   // bits a colour: 8, 10 or 12
+    std::int32_t FrameRate = 60; // Hz
+    string Processor;            // a model of the processor library; empty: none
+    std::int32_t ProcessorUnit = 1;
+    std::int32_t FirstPort = 1; // of the unit, for the layer's first chain
+    std::int32_t Backup = 0;    // 0 none, 1 loop back to the same unit, 2 a backup unit
     double CabinetWeight = 0;       // kg a full cabinet; 0: not known
     std::int32_t SparePercent = 0;  // spare cabinets to bring, per cent
 
+    // Whether any of the processor keys above differs from its default.
+    bool uses_processor_keys() const {
+        return BitDepth != 8 || FrameRate != 60 || !Processor.empty() || ProcessorUnit != 1 ||
+               FirstPort != 1 || Backup != 0;
+    }
     int power_pattern() const { return PowerPattern >= 0 ? PowerPattern : SnakeMode; }
 };
 
@@ -184,8 +196,10 @@ class boxes_layer : public app_layer, public BoxesLayerDescription {
     // The info line at the bottom, followed by a legend of chain colours.
     void draw_info_line(nano2d::context* context, const string& info,
                         const std::vector<std::string>& legend);
+    // label, when given, replaces the "P1" or "R1" text.
     void draw_triangle(nano2d::context* context, float x, float y, const Snake::box& box,
-                       const Snake::box& other, bool port_start, bool port_end);
+                       const Snake::box& other, bool port_start, bool port_end,
+                       const char* label = nullptr);
     void draw_triangle_right(nano2d::context* context, float x, float y);
     void draw_triangle_left(nano2d::context* context, float x, float y);
     void draw_triangle_up(nano2d::context* context, float x, float y);

@@ -20,6 +20,7 @@ class app_layer;
 class boxes_layer;
 class image_layer;
 class PSDSaver;
+class processor_library;
 enum class frame_file_kind;
 namespace nano2d {
 class context;
@@ -168,6 +169,17 @@ class Global {
     void clone_current_layer_to_preset();
     void delete_preset(long long index);
 
+    // --- the processor library: the built-in models and the user's, read
+    // from the data folder when first asked for. A damaged file is copied
+    // aside (when protect_damaged) and the user is told.
+    const processor_library& processor_models() const;
+    processor_library& edit_processor_models() {
+        return const_cast<processor_library&>(processor_models());
+    }
+    void load_processor_models(bool protect_damaged = true);
+    // Saves the user's models; false, and the user told why, when it fails.
+    bool save_processor_models();
+
     // --- the document's file
     // The project file opened or saved last; empty for a new workspace.
     const file::path& document_path() const { return m_document_path; }
@@ -238,6 +250,7 @@ class Global {
     mutable std::recursive_mutex frame_mutex;
     pointer<project> m_project;
     pointer_array<app_layer> presets;
+    mutable std::shared_ptr<processor_library> m_processor_models;
     bool m_is_retina = false;
     long long current_layer_index = 0;
     int paper_width = 1920;

@@ -55,6 +55,9 @@ string key_caption(const string& key) {
         {"CircuitAmps", "Circuit Rating"},
         {"CircuitDerate", "Derate"},
         {"DrawPowerPath", "Power Path"},
+        {"BitDepth", "Colour Depth"},
+        {"FirstPort", "First Port"},
+        {"ProcessorUnit", "Unit"},
         {"CabinetWeight", "Cabinet Weight"},
         {"SparePercent", "Spare Cabinets"},
     };

@@ -12,6 +12,7 @@
 #include "document/image_layer.h"
 #include "plan/bom.h"
 #include "plan/power_plan.h"
+#include "plan/processors.h"
 #include "render/rear_view.h"
 
 #include <QBuffer>
@@ -227,7 +228,9 @@ void rear_page(page_writer& page, QPainter& painter, const boxes_layer& layer, l
     embed_frame(page, painter, map);
 }
 
-void screen_page(page_writer& page, const boxes_layer& layer, long long index, totals& sum) {
+void screen_page(page_writer& page, const boxes_layer& layer, const plan::layer_plan& loads,
+                 totals& sum) {
+    const long long index = loads.index;
     page.new_page();
     page.heading(q(string_format("Screen layer %lld: ", index)) + q(layer.get_name()) +
                      (layer.is_hidden() ? " (hidden)" : ""),
@@ -253,7 +256,11 @@ void screen_page(page_writer& page, const boxes_layer& layer, long long index, t
                          double(metres_h / 1000.0f), feet_and_inches(metres_w).c_str(),
                          feet_and_inches(metres_h).c_str()))},
         {"Data path", q(string_format("%s, pattern %d, limit %d px", type_name(layer),
-                                      layer.SnakeMode + 1, layer.SnakeLimit))},
+                                      layer.SnakeMode + 1, layer.SnakeLimit) +
+                        (loads.processor_keys ? string_format(" (%lld px a port at %d-bit, %d Hz)",
+                                                              (long long)loads.effective_limit,
+                                                              layer.BitDepth, layer.FrameRate)
+                                              : std::string()))},
         {"Power",
          q(string_format("%d W per cabinet, %d V, %d %s", layer.PowerWatts, layer.PowerVolts,
                          layer.PowerPhases, layer.PowerPhases == 1 ? "phase" : "phases"))},
@@ -262,21 +269,24 @@ void screen_page(page_writer& page, const boxes_layer& layer, long long index, t
     page.table({0.25, 0.75}, {}, figures);
 
     page.heading("Port loads", 11);
-    const Snake::layer_loads loads = Snake::port_loads(layer);
     const bool novastar = std::string(loads.type) == "novastar";
-    if (loads.failed) {
+    if (!loads.routed) {
         page.line(q("The router fails: " + loads.message), over_text);
-    } else if (loads.ports.empty()) {
+    } else if (loads.chains.empty()) {
         page.line("No cabinet is on the data path.");
     } else {
         std::vector<QStringList> rows;
-        for (const auto& p : loads.ports) {
+        for (const plan::chain_plan& c : loads.chains) {
+            const Snake::port_load& p = c.load;
             QString share = p.percent ? q(string_format("%.2f %%", *p.percent)) : "no limit";
             if (p.over) share += " over";
-            rows.push_back(
-                {QString::number(p.port), q(string_format("%u, %u", p.first_column, p.first_row)),
-                 q(string_format("%u, %u", p.last_column, p.last_row)), QString::number(p.cabinets),
-                 QString::number(p.pixels), novastar ? QString::number(p.area) : QString(), share});
+            QString port = QString::number(p.port);
+            if (c.main) port += q(" · " + plan::port_label(*c.main));
+            if (c.backup) port += q(" · " + plan::backup_label(*c.backup));
+            rows.push_back({port, q(string_format("%u, %u", p.first_column, p.first_row)),
+                            q(string_format("%u, %u", p.last_column, p.last_row)),
+                            QString::number(p.cabinets), QString::number(p.pixels),
+                            novastar ? QString::number(p.area) : QString(), share});
         }
         page.table({0.08, 0.14, 0.14, 0.14, 0.16, 0.16, 0.18},
                    {"Port", "First", "Last", "Cabinets", "Pixels", "Area", "Share of limit"}, rows);
@@ -284,9 +294,42 @@ void screen_page(page_writer& page, const boxes_layer& layer, long long index, t
     circuits_table(page, layer, sum);
     sum.cabinets += layer.cabinet_count();
     sum.pixels += (long long)layer.get_width() * layer.get_height();
-    sum.ports += (long long)loads.ports.size();
+    sum.ports += (long long)loads.chains.size();
     sum.watts += watts;
     sum.amperes += double(amperes);
+}
+
+// The units of the wall, what does not fit and the units of each model;
+// only for a wall where a processor is chosen somewhere.
+void processors_page(page_writer& page, const plan::processor_plan& plan) {
+    if (!plan.any_processor() && plan.conflicts.empty()) return;
+    page.new_page();
+    page.heading("Processors", 14);
+    std::vector<QStringList> rows;
+    for (const plan::unit_plan& u : plan.units) {
+        QString layers;
+        for (const std::string& name : u.layers)
+            layers += (layers.isEmpty() ? "" : ", ") + q(name);
+        rows.push_back({QString::number(u.unit) +
+                            (u.mirrors ? q(string_format(" (backup of %d)", u.mirrors)) : ""),
+                        q(u.model), QString::number(u.ports), QString::number(u.main_ports),
+                        QString::number(u.backup_ports), QString::number(u.free_ports), layers});
+    }
+    if (rows.empty())
+        page.line("No unit is in use.");
+    else
+        page.table({0.12, 0.2, 0.08, 0.08, 0.08, 0.08, 0.36},
+                   {"Unit", "Model", "Ports", "Main", "Backup", "Free", "Layers"}, rows);
+    if (!plan.conflicts.empty()) {
+        page.heading("Conflicts", 11);
+        for (const plan::conflict& c : plan.conflicts)
+            page.line(q(string_format("Layer %lld \"", c.layer) + c.name + "\": " + c.message),
+                      over_text);
+    }
+    std::string models;
+    for (const auto& [model, count] : plan.models)
+        models += (models.empty() ? "" : ", ") + string_format("%d \u00d7 ", count) + model;
+    if (!models.empty()) page.line(q("Units by model: " + models));
 }
 
 // What goes on the truck, as `bom` lists it.
@@ -343,12 +386,13 @@ std::string write_report(const Global& global, const image& frame, const file::p
         totals sum;
         std::vector<QStringList> pictures;
         const std::vector<image> rear_maps = rear_screen_maps(global);
+        const plan::processor_plan plan = plan::plan_processors(global);
         for (long long i = 0; i < global.get_layers_count(); ++i) {
             const pointer<app_layer> layer = global.get_layer(i);
             if (!layer) continue;
             if (layer->get_layer_type() == e_layer_boxes) {
                 const auto& screen = static_cast<const boxes_layer&>(*layer);
-                screen_page(page, screen, i, sum);
+                screen_page(page, screen, *plan.layer(i), sum);
                 rear_page(page, painter, screen, i, rear_maps[std::size_t(i)]);
             } else
                 pictures.push_back(
@@ -357,6 +401,7 @@ std::string write_report(const Global& global, const image& frame, const file::p
                      q(string_format("%d, %d px", layer->get_offset_x(), layer->get_offset_y()))});
         }
 
+        processors_page(page, plan);
         page.new_page();
         page.heading("Totals", 14);
         page.table({0.2, 0.2, 0.2, 0.2, 0.2}, {"Cabinets", "Pixels", "Ports", "Watts", "Amperes"},

@@ -6,13 +6,16 @@
 
 #include <vector>
 
+class QComboBox;
 class QLabel;
+class QPushButton;
 
 namespace Vantora_TesserinePro {
 
 class CheckboxWithFocus;
 class ColorPicker;
 class IntBox;
+class ProcessorsDialog;
 class W_Image;
 
 class SettingsDataDiagram : public SettingsBaseWindow {
@@ -50,14 +53,37 @@ class SettingsDataDiagram : public SettingsBaseWindow {
         IntBox* pixel_limit;
     };
 
+    // The processor that feeds the layer: model, unit, first port, colour
+    // depth, frame rate and backup, and the library's editor.
+    class W_Processor : public QWidget, public SettingsFromLayer {
+      public:
+        W_Processor(QWidget* parent, Global* global);
+        void get_settings_from_layer(const pointer<boxes_layer>& layer) override;
+        // Opens the library's editor (window-modal); it is made once.
+        void open_library();
+        QComboBox* processor;
+        IntBox* unit;
+        IntBox* first_port;
+        QComboBox* bit_depth;
+        IntBox* frame_rate;
+        QComboBox* backup;
+        QPushButton* library;
+        ProcessorsDialog* dialog = nullptr;
+
+      private:
+        void fill_models(const std::string& chosen);
+    };
+
     SettingsDataDiagram(QWidget* parent, Global* global);
     void get_settings_from_layer(const pointer<boxes_layer>& layer) override;
 
     W_SnakeChoicer* choicer() const { return m_choicer; }
     W_SnakeSecondParams* second_params() const { return m_second; }
+    W_Processor* processor() const { return m_processor; }
 
-    // The line under "Pixel Limit": the current layer's port count and its
-    // fullest port. Any edit may change it; edits between two turns of the
+    // The line under the processor: the current layer's port count and its
+    // fullest port, or its unit and ports where a processor is chosen, as
+    // the plan of the whole wall has them. Any edit may change it; edits between two turns of the
     // event loop cost one route.
     QLabel* port_line() const { return m_port_line; }
     void post_port_line();
@@ -66,6 +92,7 @@ class SettingsDataDiagram : public SettingsBaseWindow {
   private:
     W_SnakeChoicer* m_choicer;
     W_SnakeSecondParams* m_second;
+    W_Processor* m_processor;
     QLabel* m_port_line;
     bool m_port_line_posted = false;
 };

@@ -154,6 +154,15 @@ const key_reader long_list[] = {
 template <auto Field> std::string integer_text(const BoxesLayerDescription& record) {
     return std::to_string(record.*Field);
 }
+template <auto Field> void read_text(BoxesLayerDescription& record, const std::string& value) {
+    record.*Field = value;
+}
+// A value is one line of the record: a line break would end it early.
+template <auto Field> std::string text_text(const BoxesLayerDescription& record) {
+    std::string text = record.*Field;
+    std::erase_if(text, [](char c) { return c == '\n' || c == '\r'; });
+    return text;
+}
 // A weight as typed: the shortest text that reads back as the same number.
 template <auto Field> std::string decimal_text(const BoxesLayerDescription& record) {
     char buffer[64];
@@ -180,6 +189,12 @@ const extension_key extension_keys[] = {
     {{"CircuitDerate", &read_integer<&D::CircuitDerate>}, &integer_text<&D::CircuitDerate>},
     {{"PowerPattern", &read_integer<&D::PowerPattern>}, &integer_text<&D::PowerPattern>},
     {{"DrawPowerPath", &read_integer<&D::DrawPowerPath>}, &integer_text<&D::DrawPowerPath>},
+    {{"BitDepth", &read_integer<&D::BitDepth>}, &integer_text<&D::BitDepth>},
+    {{"FrameRate", &read_integer<&D::FrameRate>}, &integer_text<&D::FrameRate>},
+    {{"Processor", &read_text<&D::Processor>}, &text_text<&D::Processor>},
+    {{"ProcessorUnit", &read_integer<&D::ProcessorUnit>}, &integer_text<&D::ProcessorUnit>},
+    {{"FirstPort", &read_integer<&D::FirstPort>}, &integer_text<&D::FirstPort>},
+    {{"Backup", &read_integer<&D::Backup>}, &integer_text<&D::Backup>},
     {{"CabinetWeight", &read_weight<&D::CabinetWeight>}, &decimal_text<&D::CabinetWeight>},
     {{"SparePercent", &read_integer<&D::SparePercent>}, &integer_text<&D::SparePercent>},
 };

@@ -4,6 +4,7 @@
 #include "document/boxes_layer.h"
 #include "document/global.h"
 #include "plan/power_plan.h"
+#include "plan/processors.h"
 
 #include <algorithm>
 #include <cmath>
@@ -82,6 +83,7 @@ bill_of_materials make_bom(const Global& global) {
     std::vector<cabinet_kind> kinds;
     std::vector<bom_row> left_out;
     std::int64_t data_cables = 0;
+    const processor_plan processors = plan_processors(global);
     for (long long i = 0; i < global.get_layers_count(); ++i) {
         const pointer<app_layer> base = global.get_layer(i);
         if (!base || base->get_layer_type() != e_layer_boxes) continue;
@@ -108,12 +110,14 @@ bill_of_materials make_bom(const Global& global) {
         t.half_cabinets += cuts.half;
         t.pixels += std::int64_t(layer.get_width()) * layer.get_height();
 
-        const Snake::layer_loads data = Snake::port_loads(layer);
-        if (data.failed)
-            left_out.push_back({"no data path", layer.get_name(), 0, {}, {}, data.message});
-        for (const Snake::port_load& p : data.ports) {
+        // The chains and their ports as route and processors give them.
+        const layer_plan* data = processors.layer(i);
+        if (data && data->failed)
+            left_out.push_back({"no data path", layer.get_name(), 0, {}, {}, data->message});
+        for (const chain_plan& chain : data ? data->chains : std::vector<chain_plan>{}) {
             ++data_cables;
-            t.data_jumpers += std::max<std::int64_t>(0, p.cabinets - 1);
+            t.backup_ports += chain.backup.has_value();
+            t.data_jumpers += std::max<std::int64_t>(0, chain.load.cabinets - 1);
         }
         const power_plan power = plan_power(layer);
         if (power.failed)
@@ -151,6 +155,8 @@ bill_of_materials make_bom(const Global& global) {
         else
             t.unknown_weight_cabinets += k.full + k.half;
     }
+    for (const auto& [model, units] : processors.models)
+        bom.rows.push_back({"processor", model, units, {}, {}, "backup units included"});
     bom.rows.push_back({"data cable", "main port", t.ports, {}, {}, "one a port"});
     if (t.backup_ports)
         bom.rows.push_back({"data cable", "backup port", t.backup_ports, {}, {}, "one a port"});

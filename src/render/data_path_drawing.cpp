@@ -1,11 +1,15 @@
 #include "render/data_path_drawing.h"
 
 #include "document/boxes_layer.h"
+#include "document/global.h"
 #include "document/project.h"
+#include "persistence/processor_library.h"
+#include "plan/processors.h"
 #include "render/image_wrap.h"
 #include "render/nano2d.h"
 
 #include <cstdio>
+#include <stdexcept>
 
 namespace Vantora_TesserinePro {
 
@@ -48,7 +52,8 @@ int indexed_color_count() {
     return int(indexed_count);
 }
 
-void draw_data_path(boxes_layer& layer, nano2d::context* context, const Snake::route& route) {
+void draw_data_path(boxes_layer& layer, nano2d::context* context, const Snake::route& route,
+                    const std::vector<chain_labels>* labels) {
     if (!context) return;
     context->save();
     if (!route.empty()) {
@@ -84,9 +89,21 @@ void draw_data_path(boxes_layer& layer, nano2d::context* context, const Snake::r
     const auto end = color::color::from_word(port_end_color_word);
     const auto arrow = color::color::from_word(arrow_color_word);
     const std::size_t n = route.size();
+    // The chain of the box at hand: a chain ends at an end mark after at
+    // least one shown box, as the port loads count them.
+    std::size_t chain = 0;
+    bool chain_open = false;
+    const auto label = [&](bool at_end) -> const char* {
+        if (!labels || chain >= labels->size()) return nullptr;
+        return (at_end ? (*labels)[chain].end : (*labels)[chain].start).c_str();
+    };
     for (std::size_t k = 0; k < n; ++k) {
         const Snake::box& b = route[k];
-        if (is_hidden(layer, b)) continue;
+        if (is_hidden(layer, b)) {
+            if (b.is_port_end() && chain_open) ++chain, chain_open = false;
+            continue;
+        }
+        chain_open = true;
         context->begin_path();
         const float x = middle_x(b), y = middle_y(b);
         if (b.is_port_end()) {
@@ -95,14 +112,15 @@ void draw_data_path(boxes_layer& layer, nano2d::context* context, const Snake::r
             if (k != 0) {
                 context->stroke_color(end);
                 context->fill_color(end);
-                layer.draw_triangle(context, x, y, b, route[k - 1], false, true);
+                layer.draw_triangle(context, x, y, b, route[k - 1], false, true, label(true));
             }
+            ++chain, chain_open = false;
         } else if (k + 1 == n) {
             // The route's last box without an end mark gets no marker.
         } else if (b.is_port_start()) {
             context->stroke_color(start);
             context->fill_color(start);
-            layer.draw_triangle(context, x, y, b, route[k + 1], true, false);
+            layer.draw_triangle(context, x, y, b, route[k + 1], true, false, label(false));
         } else if (k % 3 == 2) {
             context->stroke_color(arrow);
             context->fill_color(arrow);
@@ -116,12 +134,41 @@ void draw_data_path(boxes_layer& layer, nano2d::context* context, const Snake::r
 
 void boxes_layer::draw_snake(nano2d::context* context) {
     OffscreenDraw draw(context, offscreen.get());
-    const Snake::route route = Snake::make_route(*this);
-    draw_data_path(*this, context, route);
+    if (!uses_processor_keys()) {
+        draw_data_path(*this, context, Snake::make_route(*this));
+        return;
+    }
+    // The route and its labels as the plan of the whole wall has them: the
+    // unit's ports are shared with the layers below.
+    const pointer<project> owner = get_project();
+    pointer_array<app_layer> stack;
+    if (owner) stack = owner->layers;
+    long long index = -1;
+    for (std::size_t i = 0; i < stack.size(); ++i)
+        if (stack[i].get() == this) index = (long long)i;
+    if (index < 0) {
+        // A layer of no project (a preset): planned alone, not owned here.
+        stack = {pointer<app_layer>(pointer<app_layer>(), this)};
+        index = 0;
+    }
+    static const processor_library builtin_only;
+    const plan::processor_plan plan =
+        plan::plan_processors(stack, global ? global->processor_models() : builtin_only, true);
+    const plan::layer_plan* mine = plan.layer(index);
+    if (!mine) return;
+    if (!mine->routed) throw std::runtime_error(mine->message);
+    std::vector<chain_labels> labels;
+    for (const plan::chain_plan& c : mine->chains) {
+        if (!c.main) break;
+        labels.push_back({plan::port_label(*c.main),
+                          c.backup ? plan::backup_label(*c.backup) : plan::port_label(*c.main)});
+    }
+    draw_data_path(*this, context, mine->route, labels.empty() ? nullptr : &labels);
 }
 
 void boxes_layer::draw_triangle(nano2d::context* context, float x, float y, const Snake::box& box,
-                                const Snake::box& other, bool port_start, bool port_end) {
+                                const Snake::box& other, bool port_start, bool port_end,
+                                const char* label) {
     if (!context) return;
     enum { right, left, up, down } direction;
     const bool vertical = box.y0 != other.y0;
@@ -157,6 +204,7 @@ void boxes_layer::draw_triangle(nano2d::context* context, float x, float y, cons
         std::snprintf(text, sizeof text, "R%d", owner ? owner->ends_counter : 1);
         if (owner) owner->ends_counter += 1;
     }
+    if (label && text[0] != 0) std::snprintf(text, sizeof text, "%s", label);
     if (text[0] == 0) return;
 
     const float s = float(arrow_half_size);

@@ -62,6 +62,32 @@ golden out.txt route_loads.json
 expect 0 "$BIN" route loads.tsrx --json --layer 3
 contains out.txt '"type": "other", "limit": 500'
 
+# --- processors ---------------------------------------------------------
+# Layers sharing unit 1 (loop-back ports, a depth and rate of their own, a
+# clash), a backup unit mirroring unit 2 and a layer without the keys, whose
+# lines and JSON stay as they were: route and processors against golden
+# files. A damaged library is said and its good models serve.
+big='Width:300 Height:300 DataDiagramType:1 SnakeMode:0'
+project procs.tsrx 1920 1080 \
+  "$(wall A 'Processor:Generic 8 x 1G' $big Backup:1)" \
+  "$(record 2 "$(printf 'Name:Picture\nOffsetX:0')")" \
+  "$(wall B 'Processor:Generic 8 x 1G' $big FirstPort:5 BitDepth:10 FrameRate:50)" \
+  "$(wall C 'Processor:Generic 4 x 10G' ProcessorUnit:2 Backup:2)" \
+  "$(wall D 'Processor:Generic 8 x 1G' FirstPort:7)" "$(wall E SnakeLimit:800 SnakeMode:6)" \
+  "$(wall F 'Processor:House' ProcessorUnit:3)"
+for words in "route procs.tsrx|route_processors.txt" "route procs.tsrx --json|route_processors.json" \
+  "processors procs.tsrx|processors.txt" "processors procs.tsrx --json|processors.json"; do
+  # shellcheck disable=SC2086
+  expect 0 "$BIN" ${words%|*} && golden out.txt "${words#*|}" && silent err.txt
+done
+python3 -c 'import json; json.load(open("out.txt"))' && ok || fail "processors --json is no JSON"
+mkdir -p "$XDG_DATA_HOME/Tesserine"
+printf '{"models": [{"name": "House", "ports": 2, "pixels_8bit": 9000, "pixels_10bit": 1},
+  {"name": "Bad"}]}' >"$XDG_DATA_HOME/Tesserine/processors.json"
+expect 0 "$BIN" processors procs.tsrx && contains out.txt 'unit 3 "House": 2 ports, 1 main'
+contains err.txt 'processors.json: damaged: model 2 is left out'
+rm "$XDG_DATA_HOME/Tesserine/processors.json"
+
 # --- power --------------------------------------------------------------
 # Circuits in text and JSON against golden files: halves and an exclusion,
 # an image layer between, a plan that fails and the layers after it still
@@ -233,6 +259,8 @@ done <<'TABLE'
 2|--format takes png, tga, bmp, jpg or psd|render wall.tsrx -o shots --format gif
 2|two FILEs would be rendered to shots/wall.png|render wall.tsrx ./wall.tsrx -o shots --format png
 2|route takes one FILE|route
+2|processors takes one FILE|processors
+2|unknown option --layer|processors procs.tsrx --layer 1
 2|usage: tesserine route FILE|route stack.tsrx small.tsrx
 2|export-resolume takes FILE -o OUT|export-resolume wall.tsrx
 2|export-resolume takes FILE -o OUT|export-resolume -o x.xml

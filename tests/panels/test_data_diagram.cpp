@@ -2,7 +2,12 @@
 // pictures, the path's switches and the Novastar/Other Type pair.
 
 #include "palette_fixture.h"
+#include "panels/processors_dialog.h"
 #include "panels/settings_data_diagram.h"
+#include "persistence/processor_library.h"
+#include "support/test_support.h"
+
+#include <QTableWidget>
 
 using namespace Vantora_TesserinePro;
 using namespace Vantora_TesserinePro::testing;
@@ -86,4 +91,54 @@ TEST_F(data_diagram, PortLineFollowsEveryEdit) {
     click(second()->custom_path);
     EXPECT_EQ(line(250), "Ports: 1" + dot + "fullest 120.0% (300 px)");
     EXPECT_NE(palette->port_line()->palette().color(QPalette::WindowText), normal);
+}
+
+// The processor: each control writes its key; the line shows the unit and
+// ports; the library's editor adds, changes and removes the user's models,
+// saved at once, and keeps the built-in ones.
+TEST_F(data_diagram, ProcessorControlsAndLibraryEditor) {
+    auto* p = screen->settings_data_diagram()->processor();
+    const auto pick = [](QComboBox* box, int i) {
+        box->setCurrentIndex(i);
+        emit box->activated(i);
+    };
+    check_edits(
+        screen->settings_data_diagram(),
+        {{"Processor", [&] { pick(p->processor, 3); },
+          [](boxes_layer& l) { l.Processor = "Generic 16 x 1G"; }},
+         {"Unit", [&] { type(p->unit, 2); }, [](boxes_layer& l) { l.ProcessorUnit = 2; }},
+         {"First Port", [&] { type(p->first_port, 5); }, [](boxes_layer& l) { l.FirstPort = 5; }},
+         {"Depth", [&] { pick(p->bit_depth, 2); }, [](boxes_layer& l) { l.BitDepth = 12; }},
+         {"Rate", [&] { type(p->frame_rate, 30); }, [](boxes_layer& l) { l.FrameRate = 30; }},
+         {"Backup", [&] { pick(p->backup, 1); }, [](boxes_layer& l) { l.Backup = 1; }}});
+    QCoreApplication::processEvents();
+    const QString dot = QString::fromUtf8(" \u00b7 ");
+    EXPECT_EQ(screen->settings_data_diagram()->port_line()->text(),
+              "Unit 2" + dot + "port 5 of 16" + dot + "backup 6" + dot + "fullest 100 %");
+
+    clear_data_folder();
+    p->library->click();
+    ProcessorsDialog* d = p->dialog;
+    ASSERT_TRUE(d && d->isVisible());
+    EXPECT_EQ(d->table->rowCount(), 4);
+    d->name->setText("House");
+    d->ports->setValue(2);
+    d->pixels_8bit->setValue(1000);
+    d->add->click();
+    EXPECT_EQ(d->table->rowCount(), 5);
+    EXPECT_NE(p->processor->findText("House"), -1);
+    const std::string file = processor_library::default_file().string();
+    EXPECT_NE(read_file(file).find("\"pixels_8bit\": 1000"), std::string::npos);
+    d->add->click(); // the same name again
+    EXPECT_EQ(d->status->text(), "There is a model named \"House\" already.");
+    d->ports->setValue(3);
+    d->replace->click();
+    EXPECT_EQ(global->processor_models().find("House")->ports, 3);
+    d->table->selectRow(0); // built in: shown, never changed
+    EXPECT_FALSE(d->replace->isEnabled() || d->remove->isEnabled());
+    d->table->selectRow(4);
+    d->remove->click();
+    EXPECT_EQ(global->processor_models().models().size(), 4u);
+    EXPECT_EQ(read_file(file).find("House"), std::string::npos);
+    d->reject();
 }

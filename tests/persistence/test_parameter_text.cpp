@@ -87,6 +87,9 @@ const read_case reads[] = {
     {"CircuitAmps", "20", "20"},
     {"CircuitAmps", "16", ""},
     {"PowerPattern", "-1", ""},
+    {"Processor", "Generic 16 x 1G", "Generic 16 x 1G"},
+    {"Processor", "", ""},
+    {"BitDepth", "8", ""},
     {"BoxColors", "0 0 1 0",
      "0.082353 0.250980 0.000000 1.000000|0.000000 0.000000 1.000000 0.000000"},
 };
