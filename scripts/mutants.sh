@@ -218,7 +218,7 @@ MUTANTS=(
   "hidden-end-keeps-chain|src/render/data_path_drawing.cpp|s/if (b.is_port_end() \&\& chain_open) ++chain, chain_open = false;/(void)0;/"
   "damaged-library-not-kept|src/persistence/processor_library.cpp|s/if (protect) keep_aside(path);/(void)protect;/"
   "library-name-twice|src/persistence/processor_library.cpp|s/if (model.name != replacing \&\& find(model.name))/if (false)/"
-  "route-units-always|src/cli/cmd_route.cpp|s/(l.processor_keys$/(true/"
+  "route-units-always|src/cli/cmd_route.cpp|s/        if (l.processor_keys)$/        if (true)/"
   "palette-depth-10-for-12|src/panels/settings_data_diagram.cpp|s/bit_depths\[std::clamp(i, 0, 2)\]/bit_depths[std::clamp(i, 0, 1)]/"
   "dialog-change-adds|src/panels/processors_dialog.cpp|s/    put(chosen);/    put({});/"
 )
