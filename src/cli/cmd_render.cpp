@@ -160,8 +160,9 @@ int cmd_render(const args& a) {
     std::string color_problem;
     if (const auto color = take_value(words, "--color-by", color_problem)) {
         color_by_mode mode{};
-        if (color_problem.empty() && !plan::color_by_from_name(*color, mode))
-            color_problem = "--color-by takes chequer, port or circuit, not \"" + *color + "\"";
+        if (!color_problem.empty() || !plan::color_by_from_name(*color, mode))
+            color_problem = "--color-by takes chequer, port or circuit" +
+                            (color->empty() ? std::string() : ", not \"" + *color + "\"");
         o.color_by = mode;
     }
     if (problem.empty()) problem = color_problem;
