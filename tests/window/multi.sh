@@ -15,8 +15,6 @@ screen_info_only
 FIRST=""
 trap '[ -n "$FIRST" ] && kill "$FIRST" 2>/dev/null; stop_all; rm -rf "$WORK"' EXIT
 DEADLINE=120
-failed=0
-check() { "${@:2}" || { echo "FAIL: $1" >&2; failed=$((failed + 1)); }; }
 
 # Three screens of 64-pixel cabinets where the first palettes leave the canvas free.
 screen() {
