@@ -26,8 +26,8 @@ struct cabinet_kind {
 
     auto key() const { return std::tie(width, height, phys_w, phys_h, weight); }
     std::string name() const {
-        std::string text = string_format("%d x %d px, %g x %g mm", width, height, double(phys_w),
-                                         double(phys_h));
+        std::string text =
+            string_format("%d x %d px, %g x %g mm", width, height, double(phys_w), double(phys_h));
         if (width > 0) text += string_format(", pitch %.2f mm", double(phys_w) / width);
         return text;
     }
@@ -62,7 +62,8 @@ cut_counts count_cuts(const boxes_layer& layer) {
     };
     for (std::int64_t c = 0; c < columns; ++c)
         if (half_column(c))
-            for (std::int64_t r = 0; r < rows; ++r) visit(c, r);
+            for (std::int64_t r = 0; r < rows; ++r)
+                visit(c, r);
     for (std::int64_t r = 0; r < rows; ++r)
         if (half_row(r))
             for (std::int64_t c = 0; c < columns; ++c)
@@ -83,13 +84,25 @@ bill_of_materials make_bom(const Global& global) {
     std::vector<cabinet_kind> kinds;
     std::vector<bom_row> left_out;
     std::int64_t data_cables = 0;
-    const processor_plan processors = plan_processors(global);
+    // Processors are planned over the visible screens only: a unit that
+    // only a hidden layer uses stays off the truck, and a hidden layer's
+    // ports cannot clash with a cabled one. Hidden layers keep their place
+    // so that indices match the stack.
+    const pointer<project> current = global.current_project_pointer();
+    pointer_array<app_layer> visible = current ? current->layers : pointer_array<app_layer>();
+    for (pointer<app_layer>& l : visible)
+        if (l && l->is_hidden()) l = nullptr;
+    const processor_plan processors = plan_processors(visible, global.processor_models());
     for (long long i = 0; i < global.get_layers_count(); ++i) {
         const pointer<app_layer> base = global.get_layer(i);
         if (!base || base->get_layer_type() != e_layer_boxes) continue;
         const auto& layer = static_cast<const boxes_layer&>(*base);
         if (layer.is_hidden()) {
-            left_out.push_back({"left out", layer.get_name(), layer.cabinet_count(), {}, {},
+            left_out.push_back({"left out",
+                                layer.get_name(),
+                                layer.cabinet_count(),
+                                {},
+                                {},
                                 "hidden screen layer"});
             continue;
         }
@@ -110,11 +123,13 @@ bill_of_materials make_bom(const Global& global) {
         t.half_cabinets += cuts.half;
         t.pixels += std::int64_t(layer.get_width()) * layer.get_height();
 
-        // The chains and their ports as route and processors give them.
+        // The chains and their ports as route and processors give them; a
+        // layer that failed or conflicts takes no port, so no cable either.
         const layer_plan* data = processors.layer(i);
         if (data && data->failed)
             left_out.push_back({"no data path", layer.get_name(), 0, {}, {}, data->message});
-        for (const chain_plan& chain : data ? data->chains : std::vector<chain_plan>{}) {
+        const bool cabled = data && !data->failed;
+        for (const chain_plan& chain : cabled ? data->chains : std::vector<chain_plan>{}) {
             ++data_cables;
             t.backup_ports += chain.backup.has_value();
             t.data_jumpers += std::max<std::int64_t>(0, chain.load.cabinets - 1);
@@ -127,7 +142,8 @@ bill_of_materials make_bom(const Global& global) {
             t.power_jumpers += std::max<std::int64_t>(0, c.cabinets - 1);
         }
         t.watts += power.watts();
-        for (int k = 0; k < 3; ++k) t.amperes[k] += power.phase_amperes[k];
+        for (int k = 0; k < 3; ++k)
+            t.amperes[k] += power.phase_amperes[k];
     }
     t.ports = data_cables;
 
@@ -143,9 +159,9 @@ bill_of_materials make_bom(const Global& global) {
         if (k.half)
             bom.rows.push_back(
                 {"half cabinet", name, k.half, weigh(0.5), weigh(double(half_quarters) / 4),
-                 k.corners ? string_format("%lld halved both ways, a quarter each",
-                                           (long long)k.corners)
-                           : ""});
+                 k.corners
+                     ? string_format("%lld halved both ways, a quarter each", (long long)k.corners)
+                     : ""});
         if (spares)
             bom.rows.push_back({"spare cabinet", name, spares, unit, weigh(double(spares)),
                                 "not in the hung weight"});
@@ -155,8 +171,19 @@ bill_of_materials make_bom(const Global& global) {
         else
             t.unknown_weight_cabinets += k.full + k.half;
     }
-    for (const auto& [model, units] : processors.models)
-        bom.rows.push_back({"processor", model, units, {}, {}, "backup units included"});
+    for (const auto& [model, units] : processors.models) {
+        const auto spare =
+            std::count_if(processors.units.begin(), processors.units.end(),
+                          [&](const unit_plan& u) { return u.model == model && u.mirrors != 0; });
+        bom.rows.push_back({"processor",
+                            model,
+                            units,
+                            {},
+                            {},
+                            spare == 0   ? ""
+                            : spare == 1 ? "1 of them a backup unit"
+                                         : string_format("%d of them backup units", int(spare))});
+    }
     bom.rows.push_back({"data cable", "main port", t.ports, {}, {}, "one a port"});
     if (t.backup_ports)
         bom.rows.push_back({"data cable", "backup port", t.backup_ports, {}, {}, "one a port"});
@@ -205,8 +232,8 @@ std::string bom_csv(const bill_of_materials& bom) {
     std::string out = "item,kind,count,unit_weight_kg,weight_kg,notes\r\n";
     for (const bom_row& r : bom.rows)
         out += csv_field(r.item) + "," + csv_field(r.kind) + "," + std::to_string(r.count) + "," +
-               kg_text(r.unit_weight_kg) + "," + kg_text(r.weight_kg) + "," +
-               csv_field(r.notes) + "\r\n";
+               kg_text(r.unit_weight_kg) + "," + kg_text(r.weight_kg) + "," + csv_field(r.notes) +
+               "\r\n";
     return out;
 }
 
@@ -216,10 +243,10 @@ std::string bom_line(const bill_of_materials& bom) {
     if (t.unknown_weight_cabinets == t.cabinets)
         weight = "weight not given";
     else
-        weight = grouped(std::llround(t.weight_kg)) + " kg" +
-                 (t.unknown_weight_cabinets
-                      ? " + " + grouped(t.unknown_weight_cabinets) + " unweighed"
-                      : "");
+        weight =
+            grouped(std::llround(t.weight_kg)) + " kg" +
+            (t.unknown_weight_cabinets ? " + " + grouped(t.unknown_weight_cabinets) + " unweighed"
+                                       : "");
     const auto counted = [](std::int64_t n, const char* thing) {
         return grouped(n) + " " + thing + (n == 1 ? "" : "s");
     };

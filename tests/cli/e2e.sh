@@ -106,13 +106,17 @@ expect 2 "$BIN" power power.tsrx --layer 1
 
 # --- bom ----------------------------------------------------------------
 # The list of a wall of two kinds, halves, an exclusion, spares and weights,
-# a hidden layer left out; text and JSON against golden files, the CSV read
-# back by Python's csv module with the counts that route and power give.
+# processors with a backup unit and loop-back ports (Floor's port carries
+# four cabinets at 10-bit 120 Hz), a hidden layer and its unit left out;
+# text and JSON against golden files, the CSV read back by Python's csv
+# module with the counts that route, power and processors give.
 project bom.tsrx 1920 1080 \
-  "$(wall Left HalfColumns:1001 ExcludeBoxes:65537 CabinetWeight:7.5 SparePercent:10)" \
+  "$(wall Left HalfColumns:1001 ExcludeBoxes:65537 CabinetWeight:7.5 SparePercent:10 \
+    'Processor:Generic 4 x 1G' Backup:2)" \
   "$(record 2 "$(printf 'Name:Picture\nOffsetX:0')")" \
-  "$(wall Floor Width:20 Height:20 PhysW:250 PhysH:250 DataDiagramType:1 SnakeLimit:800)" \
-  "$(wall Away Hidden:1 CabinetWeight:9)"
+  "$(wall Floor Width:200 Height:200 PhysW:250 PhysH:250 DataDiagramType:1 \
+    'Processor:Generic 16 x 1G' ProcessorUnit:2 Backup:1 BitDepth:10 FrameRate:120)" \
+  "$(wall Away Hidden:1 CabinetWeight:9 'Processor:Generic 4 x 10G' ProcessorUnit:3)"
 expect 0 "$BIN" bom bom.tsrx
 golden out.txt bom.txt
 expect 0 "$BIN" bom bom.tsrx --json
@@ -120,7 +124,8 @@ golden out.txt bom.json
 expect 0 "$BIN" bom bom.tsrx --csv
 "$BIN" route bom.tsrx --json >route.json 2>/dev/null
 "$BIN" power bom.tsrx --json >power.json 2>/dev/null
-if python3 - out.txt route.json power.json <<'PY'; then ok; else fail "the CSV disagrees with route and power"; fi
+"$BIN" processors bom.tsrx --json >units.json 2>/dev/null
+if python3 - out.txt route.json power.json units.json <<'PY'; then ok; else fail "the CSV disagrees with route and power"; fi
 import csv, json, sys
 with open(sys.argv[1], newline="") as f:
     rows = list(csv.reader(f, strict=True))
@@ -133,12 +138,14 @@ route = [l for l in json.load(open(sys.argv[2]))["layers"] if l["name"] != "Away
 power = [l for l in json.load(open(sys.argv[3]))["layers"] if l["name"] != "Away"]
 ports = [p for l in route for p in l["ports"]]
 circuits = [c for l in power for c in l["circuits"]]
-assert count["data cable"] == len(ports), count
 assert count["data jumper"] == sum(p["cabinets"] - 1 for p in ports), count
 assert count["power feed"] == len(circuits), count
 assert count["power jumper"] == sum(c["cabinets"] - 1 for c in circuits), count
 assert count["cabinet"] + count["half cabinet"] == sum(c["cabinets"] for c in circuits), count
 assert count["left out"] == 12, count
+assert count["data cable"] == len(ports) + sum(p["backup"] is not None for p in ports), count
+units = [u for u in json.load(open(sys.argv[4]))["units"] if u["layers"] != ["Away"]]
+assert count["processor"] == len(units) == 3, count
 PY
 expect 2 "$BIN" bom bom.tsrx --csv --json
 

@@ -4,6 +4,7 @@
 
 #include "plan/bom.h"
 #include "plan/power_plan.h"
+#include "plan/processors.h"
 #include "support/workspace_fixtures.h"
 
 #include <gtest/gtest.h>
@@ -69,15 +70,18 @@ TEST_F(bom_test, RowsAndTotals) {
         for (const Snake::port_load& p : Snake::port_loads(*layer).ports)
             ++ports, data_jumpers += p.cabinets - 1;
         const plan::power_plan power = plan::plan_power(*layer);
-        for (const plan::circuit& c : power.circuits) ++circuits, power_jumpers += c.cabinets - 1;
+        for (const plan::circuit& c : power.circuits)
+            ++circuits, power_jumpers += c.cabinets - 1;
         watts += power.watts();
-        for (int k = 0; k < 3; ++k) amperes[k] += power.phase_amperes[k];
+        for (int k = 0; k < 3; ++k)
+            amperes[k] += power.phase_amperes[k];
         pixels += std::int64_t(layer->get_width()) * layer->get_height();
     }
     EXPECT_EQ(std::tie(t.ports, t.data_jumpers, t.circuits, t.power_jumpers, t.pixels),
               std::tie(ports, data_jumpers, circuits, power_jumpers, pixels));
     EXPECT_EQ(t.watts, watts);
-    for (int k = 0; k < 3; ++k) EXPECT_EQ(t.amperes[k], amperes[k]);
+    for (int k = 0; k < 3; ++k)
+        EXPECT_EQ(t.amperes[k], amperes[k]);
 }
 
 // A plan that fails is said so, and the list still counts what it can; a
@@ -97,4 +101,48 @@ TEST_F(bom_test, FailuresAndBadValues) {
         << csv;
     EXPECT_EQ(bom.totals.spares, 1); // Right's 10 % of 4, rounded up
     EXPECT_EQ(bom.totals.cabinets, 18);
+}
+
+// Processors by model with their backup units, and backup cables, as the
+// processor plan gives them; a hidden layer's unit is not bought and a
+// layer in conflict is cabled to nothing.
+TEST_F(bom_test, ProcessorsAndBackups) {
+    const auto layer = [&](int i) {
+        return std::static_pointer_cast<boxes_layer>(global.get_layer(i));
+    };
+    layer(0)->apply_layer_info("Processor:Generic 4 x 1G\nProcessorUnit:1\nBackup:1");
+    layer(2)->apply_layer_info("Processor:Generic 4 x 1G\nProcessorUnit:2\nBackup:2");
+    layer(3)->apply_layer_info("Processor:Generic 16 x 1G\nProcessorUnit:3");
+    const plan::processor_plan plan = plan::plan_processors(global);
+    const auto rows = [&] {
+        std::string out;
+        for (const plan::bom_row& r : plan::make_bom(global).rows)
+            if (r.item == "processor" || r.item == "data cable" || r.item == "no data path")
+                out += r.item + "|" + r.kind + "|" + std::to_string(r.count) + "|" + r.notes + "\n";
+        return out;
+    };
+    // Unit 1 (Left, a loop back), unit 2 (Right, one chain under the model's
+    // limit) mirrored by backup unit 4, unit 3 (Floor).
+    EXPECT_EQ(plan.models,
+              (std::map<std::string, int>{{"Generic 16 x 1G", 1}, {"Generic 4 x 1G", 3}}));
+    const std::string expected = "processor|Generic 16 x 1G|1|\n"
+                                 "processor|Generic 4 x 1G|3|1 of them a backup unit\n"
+                                 "data cable|main port|3|one a port\n"
+                                 "data cable|backup port|2|one a port\n";
+    EXPECT_EQ(rows(), expected);
+    const plan::bom_totals t = plan::make_bom(global).totals;
+    EXPECT_EQ(std::tie(t.ports, t.backup_ports),
+              std::make_tuple(std::int64_t(plan.main_ports()), std::int64_t(plan.backup_ports())));
+
+    // The hidden layer on a unit of its own and on Left's ports changes nothing.
+    layer(4)->apply_layer_info("Processor:Generic 4 x 10G\nProcessorUnit:1\nBackup:2");
+    EXPECT_EQ(rows(), expected);
+
+    // Floor on Left's unit and port: in conflict, so no cable and no unit.
+    layer(3)->apply_layer_info("Processor:Generic 4 x 1G\nProcessorUnit:1");
+    EXPECT_EQ(rows(), "processor|Generic 4 x 1G|3|1 of them a backup unit\n"
+                      "data cable|main port|2|one a port\n"
+                      "data cable|backup port|2|one a port\n"
+                      "no data path|Floor|0|" +
+                          plan::plan_processors(global).conflicts.front().message + "\n");
 }
