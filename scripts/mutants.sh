@@ -181,6 +181,7 @@ MUTANTS=(
   "rear-texts-unmoved|src/render/rear_view.cpp|s/t.x + (width - bounds\[2\]) - bounds\[0\]/t.x/"
   "rear-pixels-unmirrored|src/render/rear_view.cpp|s/frame->mirror(true, false);//"
   "rear-cut-at-front-place|src/render/frame_composition.cpp|s/rear ? W - ox - drawn_w : ox/rear ? W - ox - w : ox/"
+  "rear-mark-under-palettes|src/canvas/main_impact.cpp|s/        if (seen(box.translated(p))) {/        if (false) {/"
   "rear-label-at-front-place|src/render/frame_composition.cpp|s/rear ? float(W) - float(raster_label_x) - width/rear ? float(raster_label_x)/"
   "rear-click-as-front|src/canvas/main_impact.cpp|s/const QPoint p = as_seen(raw);/const QPoint p = raw;/"
   "chain-without-chequer|src/render/layer_frame.cpp|s/const bool dark = (column + row) % 2 != 0;/const bool dark = false;/"

@@ -85,16 +85,16 @@ first_start 1366x768 window-small
 first_start 3840x2160 window-scale2 2
 first_start 2880x1620 window-scale1.5 1.5
 
-start_display 1600x1000
+start_display 1920x1080
 # The palettes where none covers another, as a user would place them.
 mkdir -p "$WORK/laid_out/Tesserine"
 cat >"$WORK/laid_out/Tesserine/settings_layout.network_payload" <<'JSON'
 {"boxes_x": 10, "boxes_y": 70, "boxes_visible": true,
  "labels_x": 10, "labels_y": 455, "labels_visible": true,
  "colors_x": 230, "colors_y": 455, "colors_visible": true,
- "power_x": 230, "power_y": 600, "power_visible": true,
+ "power_x": 365, "power_y": 425, "power_visible": true,
  "snake_x": 325, "snake_y": 70, "snake_visible": true,
- "raster_x": 633, "raster_y": 70, "raster_visible": true}
+ "raster_x": 662, "raster_y": 70, "raster_visible": true}
 JSON
 # The window's control map tells where the menu's entries are.
 cd "$WORK"
@@ -107,8 +107,8 @@ canvas_painted() {
     [ "$(convert "$WORK/palettes.png" -fill black +opaque "rgb(149,184,184)" -format "%[fx:mean>0.003]" info:)" = 1 ]
 }
 wait_for "the first frame" 30 canvas_painted
-# About, from its menu; then dragged by its title bar from (300, 300) to
-# the free place under the Data palette.
+# About, from its menu; then dragged by its title bar from (330, 310) to
+# the free place under the Raster Label palette.
 fresh_map
 read -r X Y < <(controls menu entry | awk '$3 == "About" { print $1, $2; exit }')
 xdotool mousemove "$X" "$Y" click 1
@@ -119,8 +119,8 @@ xdotool mousemove "$X" "$Y" click 1
 about_open() { shoot "$WORK/about.png" "$WID" && pixel_is "$WORK/about.png" 330 310 "62,62,62"; }
 wait_for "the About box" 20 about_open
 xdotool mousemove $((WX + 330)) $((WY + 310)) mousedown 1
-xdotool mousemove $((WX + 430)) $((WY + 330)) mousemove $((WX + 505)) $((WY + 340)) mouseup 1
-about_moved() { shoot "$WORK/palettes.png" "$WID" && pixel_is "$WORK/palettes.png" 505 340 "62,62,62" &&
+xdotool mousemove $((WX + 600)) $((WY + 330)) mousemove $((WX + 864)) $((WY + 338)) mouseup 1
+about_moved() { shoot "$WORK/palettes.png" "$WID" && pixel_is "$WORK/palettes.png" 864 338 "62,62,62" &&
   ! pixel_is "$WORK/palettes.png" 330 310 "62,62,62"; }
 wait_for "the About box in its place" 20 about_moved
 cp "$WORK/palettes.png" "$ROOT/docs/palettes.png"

@@ -258,7 +258,28 @@ void MainImpact::draw_rear_mark(QPainter& painter) {
                           .boundingRect(text)
                           .adjusted(-10, -4, 10, 4)
                           .translated(-painter.fontMetrics().boundingRect(text).topLeft());
-    const QRect at = box.translated((width() - box.width()) / 2, 8);
+    // Where it is seen: above the raster, else on its top edge, else at the
+    // top of the largest part that no palette covers, else the canvas top.
+    const std::vector<QRect> covered = covered_parts();
+    const auto seen = [&](const QRect& r) {
+        return rect().contains(r) && std::none_of(covered.begin(), covered.end(),
+                                                  [&](const QRect& c) { return c.intersects(r); });
+    };
+    const QRect raster(pan,
+                       QSize(int(std::lround(workspace->get_paper_width() * effective_zoom)),
+                             int(std::lround(workspace->get_paper_height() * effective_zoom))));
+    const QRect room = view_fit::largest_free_part(rect(), covered, box.size());
+    const QPoint places[] = {
+        {raster.center().x() - box.width() / 2, raster.top() - box.height() - 6},
+        {raster.center().x() - box.width() / 2, raster.top() + 8},
+        {room.center().x() - box.width() / 2, room.top() + 8},
+    };
+    QRect at = box.translated((width() - box.width()) / 2, 8);
+    for (const QPoint& p : places)
+        if (seen(box.translated(p))) {
+            at = box.translated(p);
+            break;
+        }
     painter.fillRect(at, QColor(0xd0, 0x30, 0x30));
     painter.setPen(Qt::white);
     painter.drawText(at, Qt::AlignCenter, text);

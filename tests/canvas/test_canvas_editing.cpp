@@ -304,6 +304,23 @@ TEST_F(editing, TheRearViewEditsWhatIsSeen) {
         EXPECT_EQ(frame.rear()->pixel(1919 - 140, 140), frame.composite()->pixel(140, 140));
         EXPECT_NE(frame.rear()->pixel(140, 140), frame.composite()->pixel(140, 140));
     }
+    // The red mark says so where no palette hides it: here a palette lies
+    // over the canvas's top and the raster's top edge.
+    QWidget cover(canvas->parentWidget());
+    cover.setGeometry(QRect(canvas->pos(), QSize(canvas->width(), 60)));
+    cover.show();
+    canvas->repaint();
+    const QImage shot = canvas->grab().toImage();
+    QRect mark;
+    for (int y = 0; y < shot.height(); ++y)
+        for (int x = 0; x < shot.width(); ++x)
+            if (shot.pixel(x, y) == qRgb(0xd0, 0x30, 0x30)) mark |= QRect(x, y, 1, 1);
+    ASSERT_GT(mark.width(), 40);
+    for (QWidget* w :
+         canvas->parentWidget()->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly))
+        if (w != canvas && w->isVisible())
+            EXPECT_FALSE(w->geometry().translated(-canvas->pos()).intersects(mark))
+                << w->objectName().toStdString();
     // Cabinet (0, 0) is seen at the raster's right end.
     click(at(1920 - 64, 64), Qt::ControlModifier);
     EXPECT_TRUE(screen_layer->ExcludeBoxes.contains(box_id(0, 0)));
