@@ -70,6 +70,7 @@ MUTANTS=(
   "power-path-centred|src/render/power_path_drawing.cpp|s/(b.x1 - b.x0) \* 0.75f/(b.x1 - b.x0) * 0.5f/"
   "power-label-unclamped|src/render/power_path_drawing.cpp|s/x += shift;/(void)shift;/"
   "power-amps-field|src/panels/settings_power.cpp|s/l.CircuitDerate = v;/l.CircuitAmps = v;/"
+  "palette-line-while-hidden|src/panels/settings_base_window.cpp|0,/    if (!isVisible()) {/s//    if (false) {/"
   # Lean renders and writers: layer frames let go as stacked, rows written
   # as they are encoded; PSD names in their Unicode block.
   "render-keeps-layer-frames|src/render/frame_composition.cpp|s/if (build_each) layer->release_frame();//"

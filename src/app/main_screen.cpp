@@ -735,8 +735,8 @@ void MainScreen::layer_row_changed(const app_layer& layer) {
 // itself the paint they ask for, and a paint must not start another.
 void MainScreen::post_canvas_redraw() {
     // Every edit comes through here; the port line follows it.
-    if (m_settings_data_diagram) m_settings_data_diagram->post_port_line();
-    if (m_settings_power) m_settings_power->post_circuits_line();
+    if (m_settings_data_diagram) m_settings_data_diagram->post_follow_up();
+    if (m_settings_power) m_settings_power->post_follow_up();
     if (m_building == 0 && m_main_impact) m_main_impact->update();
 }
 

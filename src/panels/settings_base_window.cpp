@@ -97,6 +97,34 @@ bool SettingsBaseWindow::palette_visible() const {
     return isVisible();
 }
 
+void SettingsBaseWindow::post_follow_up() {
+    if (!isVisible()) {
+        m_follow_up_stale = true;
+        return;
+    }
+    if (m_follow_up_posted) return;
+    m_follow_up_posted = true;
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            m_follow_up_posted = false;
+            follow_up();
+        },
+        Qt::QueuedConnection);
+}
+
+void SettingsBaseWindow::follow_up_now() {
+    m_follow_up_stale = !isVisible();
+    if (!m_follow_up_stale) follow_up();
+}
+
+void SettingsBaseWindow::showEvent(QShowEvent* event) {
+    QFrame::showEvent(event);
+    if (!m_follow_up_stale) return;
+    m_follow_up_stale = false;
+    follow_up();
+}
+
 void SettingsBaseWindow::paintEvent(QPaintEvent*) {
     QPainter p(this);
     p.fillRect(rect(), look::palette_border);

@@ -77,7 +77,17 @@ class SettingsBaseWindow : public QFrame, public SettingsFromLayer {
     // Called when the palette was moved by its title bar.
     void set_moved_callback(std::function<void()> callback) { m_moved = std::move(callback); }
 
+    // Asks for the palette's follow-up (a line that any edit may change):
+    // done once per turn of the event loop however many edits ask, and
+    // only while the palette is seen; a hidden palette catches up when it
+    // shows.
+    void post_follow_up();
+    // The follow-up at once, or when the palette shows.
+    void follow_up_now();
+
   protected:
+    virtual void follow_up() {}
+    void showEvent(QShowEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
@@ -91,6 +101,8 @@ class SettingsBaseWindow : public QFrame, public SettingsFromLayer {
     QPushButton* m_close;
     QWidget* m_body;
     bool m_stored_visible = true;
+    bool m_follow_up_posted = false;
+    bool m_follow_up_stale = false;
     std::function<void()> m_moved;
     // The drag of the title bar: the pointer's offset in the palette.
     QPoint m_grab;

@@ -271,18 +271,10 @@ void SettingsDataDiagram::get_settings_from_layer(const pointer<boxes_layer>& la
     m_choicer->get_settings_from_layer(layer);
     m_second->get_settings_from_layer(layer);
     m_processor->get_settings_from_layer(layer);
-    update_port_line();
-}
-
-void SettingsDataDiagram::post_port_line() {
-    if (m_port_line_posted) return;
-    m_port_line_posted = true;
-    QMetaObject::invokeMethod(
-        this, [this] { update_port_line(); }, Qt::QueuedConnection);
+    follow_up_now();
 }
 
 void SettingsDataDiagram::update_port_line() {
-    m_port_line_posted = false;
     const pointer<boxes_layer> layer = current_boxes_layer();
     QString text;
     bool warn = false;

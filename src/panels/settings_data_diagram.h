@@ -83,10 +83,9 @@ class SettingsDataDiagram : public SettingsBaseWindow {
 
     // The line under the processor: the current layer's port count and its
     // fullest port, or its unit and ports where a processor is chosen, as
-    // the plan of the whole wall has them. Any edit may change it; edits between two turns of the
-    // event loop cost one route.
+    // the plan of the whole wall has them. The palette's follow-up, so edits
+    // between two turns of the event loop cost one route.
     QLabel* port_line() const { return m_port_line; }
-    void post_port_line();
     void update_port_line();
 
   private:
@@ -94,7 +93,7 @@ class SettingsDataDiagram : public SettingsBaseWindow {
     W_SnakeSecondParams* m_second;
     W_Processor* m_processor;
     QLabel* m_port_line;
-    bool m_port_line_posted = false;
+    void follow_up() override { update_port_line(); }
 };
 
 } // namespace Vantora_TesserinePro

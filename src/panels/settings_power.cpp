@@ -213,7 +213,7 @@ void SettingsPower::get_settings_from_layer(const pointer<boxes_layer>& layer) {
     spares->set_value(layer->SparePercent);
     pattern->get_settings_from_layer(layer);
     update_amperes();
-    update_circuits_line();
+    follow_up_now();
 }
 
 float SettingsPower::getAmp() const {
@@ -227,15 +227,7 @@ void SettingsPower::update_amperes() {
     total->setText(text);
 }
 
-void SettingsPower::post_circuits_line() {
-    if (m_circuits_posted) return;
-    m_circuits_posted = true;
-    QMetaObject::invokeMethod(
-        this, [this] { update_circuits_line(); }, Qt::QueuedConnection);
-}
-
 void SettingsPower::update_circuits_line() {
-    m_circuits_posted = false;
     const pointer<boxes_layer> layer = current_boxes_layer();
     QString text;
     bool warn = false;

@@ -27,9 +27,9 @@ class SettingsPower : public SettingsBaseWindow {
     float getAmp() const;
     // Rewrites the total line from the current screen layer.
     void update_amperes();
-    // The circuits line under the power plan's controls: any edit may
-    // change it, and edits between two turns of the event loop cost one plan.
-    void post_circuits_line();
+    // The circuits line under the power plan's controls and the project's
+    // totals under it; the palette's follow-up, so edits between two turns
+    // of the event loop cost one plan.
     void update_circuits_line();
 
     QComboBox* volts = nullptr;
@@ -56,7 +56,7 @@ class SettingsPower : public SettingsBaseWindow {
     void on_custom_volts();
     void on_weight();
     void show_custom(bool shown);
-    bool m_circuits_posted = false;
+    void follow_up() override { update_circuits_line(); }
 };
 
 } // namespace Vantora_TesserinePro

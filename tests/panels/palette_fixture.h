@@ -82,6 +82,7 @@ struct palette_test : window_test {
     // shows what a fill from the layer shows; a fill runs no callback; with
     // no current layer no edit changes anything.
     void check_edits(SettingsBaseWindow* palette, const std::vector<edit>& edits) {
+        palette->show(); // a hidden palette's lines wait until it shows
         for (const edit& e : edits) {
             SCOPED_TRACE(e.name);
             screen->reload_all(true);

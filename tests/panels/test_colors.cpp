@@ -31,14 +31,15 @@ void expect_tint(const color::color& tint, const color::color& of) {
 
 TEST_F(colors, EachControlWritesItsFieldAndNothingElse) {
     // A fill writes the pairs shown back to the layer (below).
-    check_edits(p(), {
-        {"colour", [&] { first(0)->choose(red); }, [](boxes_layer& l) { l.BoxColors[0] = red; },
-         false},
-        {"tint", [&] { second(0)->choose(red); },
-         [](boxes_layer& l) { l.BoxTintColors[0] = red; }, false},
-        {"Delete", [&] { remove(); },
-         [](boxes_layer& l) { l.BoxColors.clear(), l.BoxTintColors.clear(); }, false},
-    });
+    check_edits(p(),
+                {
+                    {"colour", [&] { first(0)->choose(red); },
+                     [](boxes_layer& l) { l.BoxColors[0] = red; }, false},
+                    {"tint", [&] { second(0)->choose(red); },
+                     [](boxes_layer& l) { l.BoxTintColors[0] = red; }, false},
+                    {"Delete", [&] { remove(); },
+                     [](boxes_layer& l) { l.BoxColors.clear(), l.BoxTintColors.clear(); }, false},
+                });
 }
 
 TEST_F(colors, NewPairsTakeTheTableInTurnAndADeletedPairKeepsItsColours) {

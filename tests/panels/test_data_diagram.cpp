@@ -70,6 +70,7 @@ TEST_F(data_diagram, PatternBoxesActAsRadioButtonsWithTheRoutersPictures) {
 
 TEST_F(data_diagram, PortLineFollowsEveryEdit) {
     auto* palette = screen->settings_data_diagram();
+    palette->show();
     const pointer<boxes_layer> l = layer();
     l->Columns = 4, l->Rows = 3, l->Width = 10, l->Height = 10, l->SnakeMode = 0;
     l->DataDiagramType = 0;

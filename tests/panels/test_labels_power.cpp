@@ -53,25 +53,29 @@ TEST_F(labels, EachControlWritesItsFieldAndNothingElse) {
 TEST_F(power, EachControlWritesItsFieldAndNothingElse) {
     SettingsPower* s = p();
     // A fill shows the volts as one of the list's values (below), not as typed.
-    check_edits(s, {
-        {"Volts 220V", [&] { s->volts->setCurrentIndex(2); },
-         [](boxes_layer& l) { l.PowerVolts = 220; }, false},
-        {"Volts Custom", [&] { s->volts->setCurrentIndex(5); },
-         [](boxes_layer& l) { l.PowerVolts = 120; }, false},
-        {"(Custom)", [&] { type(s->custom_volts, "150"); },
-         [](boxes_layer& l) { l.PowerVolts = 150; }, false},
-        {"Phases", [&] { s->phases->setCurrentIndex(0); },
-         [](boxes_layer& l) { l.PowerPhases = 1; }},
-        {"Watts", [&] { type(s->watts, 300); }, [](boxes_layer& l) { l.PowerWatts = 300; }},
-        {"Circuit A", [&] { type(s->circuit_amps, 32); }, [](boxes_layer& l) { l.CircuitAmps = 32; }},
-        {"Derate", [&] { type(s->derate, 75); }, [](boxes_layer& l) { l.CircuitDerate = 75; }},
-        {"Power pattern", [&] { click(s->pattern->boxes[6]); },
-         [](boxes_layer& l) { l.PowerPattern = 6; }},
-        {"Power Path", [&] { click(s->power_path); }, [](boxes_layer& l) { l.DrawPowerPath = 1; }},
-        {"Cabinet Weight", [&] { type(s->cabinet_weight, "7,5"); },
-         [](boxes_layer& l) { l.CabinetWeight = 7.5; }},
-        {"Spares", [&] { type(s->spares, 10); }, [](boxes_layer& l) { l.SparePercent = 10; }},
-    });
+    check_edits(
+        s,
+        {
+            {"Volts 220V", [&] { s->volts->setCurrentIndex(2); },
+             [](boxes_layer& l) { l.PowerVolts = 220; }, false},
+            {"Volts Custom", [&] { s->volts->setCurrentIndex(5); },
+             [](boxes_layer& l) { l.PowerVolts = 120; }, false},
+            {"(Custom)", [&] { type(s->custom_volts, "150"); },
+             [](boxes_layer& l) { l.PowerVolts = 150; }, false},
+            {"Phases", [&] { s->phases->setCurrentIndex(0); },
+             [](boxes_layer& l) { l.PowerPhases = 1; }},
+            {"Watts", [&] { type(s->watts, 300); }, [](boxes_layer& l) { l.PowerWatts = 300; }},
+            {"Circuit A", [&] { type(s->circuit_amps, 32); },
+             [](boxes_layer& l) { l.CircuitAmps = 32; }},
+            {"Derate", [&] { type(s->derate, 75); }, [](boxes_layer& l) { l.CircuitDerate = 75; }},
+            {"Power pattern", [&] { click(s->pattern->boxes[6]); },
+             [](boxes_layer& l) { l.PowerPattern = 6; }},
+            {"Power Path", [&] { click(s->power_path); },
+             [](boxes_layer& l) { l.DrawPowerPath = 1; }},
+            {"Cabinet Weight", [&] { type(s->cabinet_weight, "7,5"); },
+             [](boxes_layer& l) { l.CabinetWeight = 7.5; }},
+            {"Spares", [&] { type(s->spares, 10); }, [](boxes_layer& l) { l.SparePercent = 10; }},
+        });
 }
 
 TEST_F(power, CustomVoltsAtOnceAndAFillShowsAnyVoltageButOneHundredTenAs208) {
@@ -94,4 +98,20 @@ TEST_F(power, CustomVoltsAtOnceAndAFillShowsAnyVoltageButOneHundredTenAs208) {
     layer()->PowerVolts = 110;
     s->get_settings_from_layer(layer());
     EXPECT_EQ(s->volts->currentText(), "110V");
+}
+
+// A hidden palette works out no plan for the edits it does not show; it
+// catches up when it shows.
+TEST_F(power, HiddenPaletteCatchesUpWhenShown) {
+    SettingsPower* s = p();
+    s->show();
+    QCoreApplication::processEvents();
+    const QString before = s->materials->text();
+    s->hide();
+    layer()->Columns = 2;
+    screen->post_canvas_redraw();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(s->materials->text(), before);
+    s->show();
+    EXPECT_EQ(s->materials->text().left(11), "10 cabinets");
 }

@@ -82,7 +82,7 @@ TEST_F(lists, RowsShowTopDownAndTheArrowsAndADragReorder) {
     QTest::mouseClick(row_of(1)->up, Qt::LeftButton); // B up
     sync();
     EXPECT_EQ(stack(), (names{"A", "C", "B", "D"}));
-    EXPECT_EQ(rows->selected_item(), row_of(2)->row); // B, now current
+    EXPECT_EQ(rows->selected_item(), row_of(2)->row);   // B, now current
     QTest::mouseClick(row_of(2)->down, Qt::LeftButton); // and back down
     sync();
     EXPECT_EQ(stack(), (names{"A", "B", "C", "D"}));

@@ -32,9 +32,9 @@ TEST_F(raster_label, FillsFromTheWorkspaceAndEachControlWritesItBackMarkingNoLay
     l->changed = false;
     // Each control writes its field, and the next paint composes anew.
     const std::vector<std::function<void()>> edits = {
-        [&] { click(s->enabled); },         [&] { type(s->offset_x, "1920/8"); },
-        [&] { type(s->offset_y, "-5"); },   [&] { type(s->font_size, 33); },
-        [&] { type(s->lines[1], ""); },     [&] { type(s->lines[2], "c"); },
+        [&] { click(s->enabled); },       [&] { type(s->offset_x, "1920/8"); },
+        [&] { type(s->offset_y, "-5"); }, [&] { type(s->font_size, 33); },
+        [&] { type(s->lines[1], ""); },   [&] { type(s->lines[2], "c"); },
     };
     for (const auto& edit : edits) {
         global->changed = 0;

@@ -1,6 +1,6 @@
 // The top menu: every shortcut reaching its command wherever the focus is
-// (the Xvfb run types each on a real keyboard), the drop-downs opening and folding, "Add Image Layer", and undo
-// and redo with the unsaved question.
+// (the Xvfb run types each on a real keyboard), the drop-downs opening and folding, "Add Image
+// Layer", and undo and redo with the unsaved question.
 
 #include "app/undo_controller.h"
 #include "core/data_folder.h"

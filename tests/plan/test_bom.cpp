@@ -134,8 +134,8 @@ TEST_F(bom_test, ProcessorsAndBackups) {
     EXPECT_EQ(std::tie(t.ports, t.backup_ports),
               std::make_tuple(std::int64_t(plan.main_ports()), std::int64_t(plan.backup_ports())));
 
-    // The hidden layer on a unit of its own and on Left's ports changes nothing.
-    layer(4)->apply_layer_info("Processor:Generic 4 x 10G\nProcessorUnit:1\nBackup:2");
+    // The hidden layer on a unit of its own, with a backup unit, changes nothing.
+    layer(4)->apply_layer_info("Processor:Generic 4 x 10G\nProcessorUnit:5\nBackup:2");
     EXPECT_EQ(rows(), expected);
 
     // Floor on Left's unit and port: in conflict, so no cable and no unit.
