@@ -133,6 +133,7 @@ MUTANTS=(
   "label-drag-unzoomed|src/canvas/main_impact.cpp|s/int(float(back.x()) \/ effective_zoom)/int(float(back.x()) * effective_zoom)/"
   "aspect-handle|src/canvas/main_impact.cpp|s/resize_handle == 0 || resize_handle == 1/resize_handle == 0 || resize_handle == 3/"
   "selection-direction|src/canvas/main_impact.cpp|s/selection_adds = !screen/selection_adds = screen/"
+  "rear-nudge-front-way|src/canvas/selection.cpp|s/    if (m_canvas.shows_rear()) step_x = -step_x;//"
   "move-against-drag|src/canvas/main_impact.cpp|s/move_delta -= delta;/move_delta += delta;/"
   "visible-box-inverted|src/panels/scroll_list.cpp|s/layer->set_hidden(!checked);/layer->set_hidden(checked);/"
   "row-box-stale|src/panels/scroll_list.cpp|s/visible->isChecked() == layer->is_hidden()/visible->isChecked() != layer->is_hidden()/"

@@ -126,6 +126,10 @@ class MainImpact : public QWidget {
     // Where the pointer is; both parts INT_MIN once it has left.
     QPoint pointer_position{INT_MIN, INT_MIN};
 
+    // Whether this canvas shows the wall from behind (the live output never
+    // does).
+    bool shows_rear() const;
+
   protected:
     void paintEvent(QPaintEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
@@ -160,10 +164,8 @@ class MainImpact : public QWidget {
     // The part of the frame this widget shows, over the background, as it
     // stands on screen: kept until the frame, zoom, pan or size change.
     void update_view(const image& composite, std::uint64_t generation);
-    // Whether this canvas shows the wall from behind (the live output never
-    // does), and a point of it where the front view has the same raster
+    // A point of the canvas where the front view has the same raster
     // point: the editing works on front points, so acting on what is seen.
-    bool shows_rear() const;
     QPoint as_seen(const QPoint& p) const;
     void draw_rear_mark(QPainter& painter);
     void draw_marks(nano2d::context* context);

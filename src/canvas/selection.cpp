@@ -289,6 +289,8 @@ bool selection_tool::key(const QKeyEvent& event, const std::string& name, std::u
         step_x = unit->Width;
         step_y = unit->Height;
     }
+    // From behind the wall, Left moves a screen to the left as seen.
+    if (m_canvas.shows_rear()) step_x = -step_x;
     const long long dx = k == Qt::Key_Left ? -step_x : k == Qt::Key_Right ? step_x : 0;
     const long long dy = k == Qt::Key_Up ? -step_y : k == Qt::Key_Down ? step_y : 0;
     nudge(dx, dy);

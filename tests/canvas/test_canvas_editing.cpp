@@ -316,11 +316,15 @@ TEST_F(editing, TheRearViewEditsWhatIsSeen) {
         for (int x = 0; x < shot.width(); ++x)
             if (shot.pixel(x, y) == qRgb(0xd0, 0x30, 0x30)) mark |= QRect(x, y, 1, 1);
     ASSERT_GT(mark.width(), 40);
+    const qreal dpr = shot.devicePixelRatio(); // to the palettes' units
+    mark = QRectF(mark.x() / dpr, mark.y() / dpr, mark.width() / dpr, mark.height() / dpr)
+               .toAlignedRect();
     for (QWidget* w :
-         canvas->parentWidget()->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly))
-        if (w != canvas && w->isVisible())
-            EXPECT_FALSE(w->geometry().translated(-canvas->pos()).intersects(mark))
-                << w->objectName().toStdString();
+         canvas->parentWidget()->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly)) {
+        if (w == canvas || !w->isVisible()) continue;
+        EXPECT_FALSE(w->geometry().translated(-canvas->pos()).intersects(mark))
+            << w->objectName().toStdString();
+    }
     // Cabinet (0, 0) is seen at the raster's right end.
     click(at(1920 - 64, 64), Qt::ControlModifier);
     EXPECT_TRUE(screen_layer->ExcludeBoxes.contains(box_id(0, 0)));

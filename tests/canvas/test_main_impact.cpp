@@ -156,8 +156,8 @@ TEST_F(canvas_test, MarksOfTheCurrentLayerFollowTheModifierGroups) {
     global->set_keyboard_modifiers(keys::group_b);
     rec = marks();
     EXPECT_EQ(strokes_in(rec, outline), std::vector<std::string>{"rectangle 0 0 40 20"});
-    for (const char* handle : {"rectangle 20 -2 4 4", "rectangle 20 18 4 4",
-                               "rectangle -2 10 4 4", "rectangle 38 10 4 4"})
+    for (const char* handle : {"rectangle 20 -2 4 4", "rectangle 20 18 4 4", "rectangle -2 10 4 4",
+                               "rectangle 38 10 4 4"})
         EXPECT_GE(rec.index_of(handle), 0) << handle;
 
     // The exclude rectangle replaces the outline while it is drawn.
@@ -220,7 +220,8 @@ TEST_F(canvas_test, APaintNeverStartsAnotherAndWhatTheBuildAsksWaits) {
               "Offscreen allocated nullptr.");
     canvas_pixels();
     bool flushed = false; // queued behind any call the paint deferred
-    QMetaObject::invokeMethod(qApp, [&] { flushed = true; }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(
+        qApp, [&] { flushed = true; }, Qt::QueuedConnection);
     ASSERT_TRUE(wait_until([&] { return flushed; }));
     EXPECT_EQ(screen->findChildren<QMessageBox*>("error").size(), 1); // not twice
 }

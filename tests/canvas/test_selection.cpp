@@ -148,6 +148,10 @@ TEST_F(selecting, NudgeDeleteDuplicateAndForeignText) {
     key(Qt::Key_Up, Qt::ShiftModifier);
     EXPECT_EQ(offset(0), std::make_pair(10, 140));
     EXPECT_EQ(history().undo_name(), "Move 2 Screens");
+    global->rear_view = true; // from behind, Right moves them right as seen
+    key(Qt::Key_Right);
+    global->rear_view = false;
+    EXPECT_EQ(offset(0), std::make_pair(9, 140));
 
     QGuiApplication::clipboard()->setText("Screen1 at 0, 0");
     key(Qt::Key_V, Qt::ControlModifier);
@@ -158,7 +162,7 @@ TEST_F(selecting, NudgeDeleteDuplicateAndForeignText) {
     key(Qt::Key_D, Qt::ControlModifier); // beside the block of A and B
     ASSERT_EQ(global->get_layers_count(), 7);
     EXPECT_EQ(global->get_layer(5)->get_name(), "A1"); // A is taken
-    EXPECT_EQ(offset(5), std::make_pair(330, 140));
+    EXPECT_EQ(offset(5), std::make_pair(329, 140));
     EXPECT_EQ(selected(), (ids{5, 6}));
     key(Qt::Key_Delete);
     EXPECT_EQ(global->get_layers_count(), 5);
