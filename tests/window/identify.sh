@@ -31,8 +31,8 @@ shows() {
   import -display "${DISPLAY}.1" -window root second.png 2>/dev/null &&
     [ "$(compare -metric AE want.png second.png null: 2>&1)" = "0" ]
 }
-# check WHAT RENDER-FLAGS...: the second screen shows that render.
-check() {
+# shows_render WHAT RENDER-FLAGS...: the second screen shows that render.
+shows_render() {
   local what="$1"
   shift
   "$BIN" render wall.tsrx -o want.png "$@" || { failed=$((failed + 1)); return; }
@@ -51,18 +51,18 @@ key() {
 
 menu "Live Output to Screen 2"
 menu "Identify: Ports"
-check "port 1" --identify ports:1
+shows_render "port 1" --identify ports:1
 key Right
-check "Right: port 2" --identify ports:2
+shows_render "Right: port 2" --identify ports:2
 key Left
 key Left
-check "Left twice: round to port 8" --identify ports:8
+shows_render "Left twice: round to port 8" --identify ports:8
 menu "Identify: Circuits"
-check "circuit 1" --identify circuits:1
+shows_render "circuit 1" --identify circuits:1
 menu "Identify: Cabinets"
-check "cabinets" --identify cabinets
+shows_render "cabinets" --identify cabinets
 menu "Test Pattern: Colour Bars"
-check "colour bars" --pattern bars
+shows_render "colour bars" --pattern bars
 menu "Test Pattern: Cabinet Crosshatch"
-check "crosshatch" --pattern crosshatch
+shows_render "crosshatch" --pattern crosshatch
 [ "$failed" -eq 0 ]

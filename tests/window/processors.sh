@@ -9,13 +9,6 @@ BIN="$(realpath "$1")"
 source "$(dirname "${BASH_SOURCE[0]}")/../../scripts/xvfb.bash"
 in_scratch_folder
 DEADLINE=120
-passed=0
-failed=0
-check() { # WHAT CMD...
-  local what="$1"
-  shift
-  if "$@"; then passed=$((passed + 1)); else echo "FAIL: $what" >&2; failed=$((failed + 1)); fi
-}
 PALETTE="palette:Data-Flow Diagram"
 # click KIND NAME [TEXT]: clicks the palette's control; with TEXT, types it
 # and Return.
