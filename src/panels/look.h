@@ -27,6 +27,8 @@ inline const QColor text(0xc8, 0xc8, 0xc8);
 inline const QColor selection(0x33, 0xaa, 0xff);
 // Entries that cannot run now (nothing to undo).
 inline const QColor disabled_text(0x6e, 0x6e, 0x6e);
+// Text that is shown but cannot be changed, still read at a glance.
+inline const QColor muted_text(0x9c, 0x9c, 0x9c);
 
 constexpr int title_bar_height = 26;
 

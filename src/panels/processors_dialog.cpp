@@ -1,6 +1,7 @@
 #include "panels/processors_dialog.h"
 
 #include "document/global.h"
+#include "panels/look.h"
 #include "persistence/processor_library.h"
 
 #include <QFormLayout>
@@ -32,6 +33,8 @@ ProcessorsDialog::ProcessorsDialog(QWidget* parent, Global* global, std::functio
     setWindowTitle("Processors");
     setObjectName("ProcessorsDialog");
     auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(12, 12, 12, 12);
+    column->setSpacing(8);
     table = new QTableWidget(0, 4, this);
     table->setObjectName("ProcessorModels");
     table->setHorizontalHeaderLabels({"Model", "Ports", "Pixels 8-bit", "Pixels 10-bit"});
@@ -98,8 +101,13 @@ void ProcessorsDialog::refill(const QString& keep) {
         for (int c = 0; c < cells.size(); ++c) {
             auto* item = new QTableWidgetItem(cells[c]);
             // Built-in models are shown, never changed.
-            if (library.is_builtin(m.name))
-                item->setForeground(palette().color(QPalette::PlaceholderText));
+            if (library.is_builtin(m.name)) {
+                item->setForeground(look::muted_text);
+                QFont italic = item->font();
+                italic.setItalic(true);
+                item->setFont(italic);
+                item->setToolTip("Built in: it can be copied under a new name, not changed");
+            }
             table->setItem(row, c, item);
         }
         if (model == keep) selected = row;
