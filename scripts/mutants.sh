@@ -64,7 +64,7 @@ MUTANTS=(
   "power-capacity-rounds-up|src/plan/power_plan.cpp|s/\* layer.PowerVolts \/ 100;/* layer.PowerVolts \/ 100 + 1;/"
   "power-phase-rotation|src/plan/power_plan.cpp|s/c.phase = (c.number - 1) % out.phases + 1;/c.phase = c.number % out.phases + 1;/"
   "power-heaviest-equal|src/plan/power_plan.cpp|s/if (heaviest > out.capacity_watts \* 4)/if (heaviest >= out.capacity_watts * 4)/"
-  "power-half-row|src/datapath/snake.h|s/(half_first_row \&\& b.row == 0)/(half_first_row \&\& b.row == 1)/"
+  "power-half-row|src/datapath/snake.h|s/(cut_first_row \&\& r == 0)/(cut_first_row \&\& r == 1)/"
   "power-pattern-own|src/document/boxes_layer.h|s/return PowerPattern >= 0 ? PowerPattern : SnakeMode;/return PowerPattern > 0 ? PowerPattern : SnakeMode;/"
   "extension-key-always|src/persistence/parameter_text.cpp|s/if (text != extension.text(defaults)) set.set/set.set/"
   "power-path-centred|src/render/power_path_drawing.cpp|s/(b.x1 - b.x0) \* 0.75f/(b.x1 - b.x0) * 0.5f/"

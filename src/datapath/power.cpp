@@ -4,11 +4,13 @@
 
 namespace Vantora_TesserinePro {
 
+Snake::half_cuts::half_cuts(const boxes_layer& layer)
+    : last_column(std::int64_t(layer.Columns) - 1), last_row(std::int64_t(layer.Rows) - 1),
+      cut_first_column(layer.HalfColumns[0]), cut_last_column(layer.HalfColumns[1]),
+      cut_first_row(layer.HalfColumns[2]), cut_last_row(layer.HalfColumns[3]) {}
+
 Snake::quarter_watts::quarter_watts(const boxes_layer& layer)
-    : full(std::int64_t(layer.PowerWatts) * 4), last_column(std::int64_t(layer.Columns) - 1),
-      last_row(std::int64_t(layer.Rows) - 1), half_first_column(layer.HalfColumns[0]),
-      half_last_column(layer.HalfColumns[1]), half_first_row(layer.HalfColumns[2]),
-      half_last_row(layer.HalfColumns[3]) {}
+    : full(std::int64_t(layer.PowerWatts) * 4), cuts(layer) {}
 
 long long boxes_layer::powered_cabinets() const {
     long long cabinets = (long long)Rows * (long long)Columns;

@@ -51,20 +51,34 @@ route make_route(const boxes_layer& layer, std::int64_t pixel_limit);
 route power_route(const boxes_layer& layer, int pattern, std::uint64_t capacity);
 // What a cabinet of the layer draws, in quarter watts: PowerWatts, half of it
 // for a half cabinet, a quarter for one halved both ways.
+// Which columns and rows of a screen are cut in half: its first and last,
+// as the layer's half flags say. The one rule the power plan and the bill
+// of materials weigh cabinets by.
+class half_cuts {
+  public:
+    explicit half_cuts(const boxes_layer& layer);
+    bool column(std::int64_t c) const {
+        return (cut_first_column && c == 0) || (cut_last_column && c == last_column);
+    }
+    bool row(std::int64_t r) const {
+        return (cut_first_row && r == 0) || (cut_last_row && r == last_row);
+    }
+
+  private:
+    std::int64_t last_column, last_row;
+    bool cut_first_column, cut_last_column, cut_first_row, cut_last_row;
+};
+
 class quarter_watts {
   public:
     explicit quarter_watts(const boxes_layer& layer);
     std::int64_t operator()(const box& b) const {
-        const bool half_column = (half_first_column && b.column == 0) ||
-                                 (half_last_column && std::int64_t(b.column) == last_column);
-        const bool half_row =
-            (half_first_row && b.row == 0) || (half_last_row && std::int64_t(b.row) == last_row);
-        return full / (half_column ? 2 : 1) / (half_row ? 2 : 1);
+        return full / (cuts.column(b.column) ? 2 : 1) / (cuts.row(b.row) ? 2 : 1);
     }
 
   private:
-    std::int64_t full, last_column, last_row;
-    bool half_first_column, half_last_column, half_first_row, half_last_row;
+    std::int64_t full;
+    half_cuts cuts;
 };
 
 // Walks a route chain by chain, as drawing splits it: on_box for each box

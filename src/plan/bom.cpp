@@ -45,29 +45,24 @@ cut_counts count_cuts(const boxes_layer& layer) {
     for (std::uint32_t id : layer.ExcludeBoxes)
         if (std::int64_t(id >> 16) < columns && std::int64_t(id & 0xFFFF) < rows) ++excluded;
     out.cabinets = columns * rows - excluded;
-    const auto half_column = [&](std::int64_t c) {
-        return (layer.HalfColumns[0] && c == 0) || (layer.HalfColumns[1] && c == columns - 1);
-    };
-    const auto half_row = [&](std::int64_t r) {
-        return (layer.HalfColumns[2] && r == 0) || (layer.HalfColumns[3] && r == rows - 1);
-    };
+    const Snake::half_cuts cut(layer);
     // Only the cut lines are walked: a wall of a million cabinets has a few
     // thousand of them.
     const auto visit = [&](std::int64_t c, std::int64_t r) {
         if (layer.ExcludeBoxes.contains(box_id(std::uint32_t(c), std::uint32_t(r)))) return;
-        const bool both = half_column(c) && half_row(r);
+        const bool both = cut.column(c) && cut.row(r);
         ++out.half;
         out.corners += both;
         out.quarters += both ? 1 : 2;
     };
     for (std::int64_t c = 0; c < columns; ++c)
-        if (half_column(c))
+        if (cut.column(c))
             for (std::int64_t r = 0; r < rows; ++r)
                 visit(c, r);
     for (std::int64_t r = 0; r < rows; ++r)
-        if (half_row(r))
+        if (cut.row(r))
             for (std::int64_t c = 0; c < columns; ++c)
-                if (!half_column(c)) visit(c, r);
+                if (!cut.column(c)) visit(c, r);
     out.quarters += (out.cabinets - out.half) * 4;
     return out;
 }
