@@ -1,11 +1,12 @@
 #pragma once
 // The headless command-line front end: one function per command word.
 
-#include <optional>
 #include "document/boxes_layer.h"
 #include "document/global.h"
 #include "document/workspace_host.h"
+#include <optional>
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -80,18 +81,15 @@ parsed_args parse_args(const std::string& command, const args& a,
                        const std::vector<std::string>& known_flags, bool takes_output,
                        bool takes_layer, bool takes_format = false);
 
-// The screen layers a command reports on: every one, or the one --layer
-// names. A bad index is a usage error, one that names no screen layer of the
-// file a file error; both give their status.
-struct layer_choice {
-    long long only = -1;
-    // Before the file is read: the value of --layer.
-    std::optional<int> parse(const parsed_args& p, const std::string& command);
-    // After: that the index names a screen layer.
-    std::optional<int> check(const Global& global, const std::string& file) const;
-    // The chosen screen layers, bottom first, with their indices.
-    template <class Visit> void for_each(const Global& global, Visit visit) const;
-};
+// A command that reports on screen layers (route, power): one FILE, an
+// optional --layer N (a bad index is a usage error, one that names no
+// screen layer of the file a file error) and --json. parts is given the
+// loaded workspace and whether JSON is asked for, and gives what prints
+// for one screen layer: the text parts one after another, the JSON ones
+// as {"layers": [...]}.
+using layer_part = std::function<std::string(const boxes_layer& screen, long long index)>;
+int report_layers(const args& a, const std::string& command,
+                  const std::function<layer_part(const Global&, bool json)>& parts);
 
 // Stands in for the window during a paint: answers "Draw Current Only" and
 // keeps the messages a paint would show.
@@ -111,14 +109,5 @@ int build_frame(Global& global, render_host& host, const std::string& file);
 
 // Text as a JSON string literal.
 std::string json_string(const std::string& text);
-
-template <class Visit> void layer_choice::for_each(const Global& global, Visit visit) const {
-    for (long long i = 0; i < global.get_layers_count(); ++i) {
-        if (only >= 0 && i != only) continue;
-        const auto layer = global.get_layer(i);
-        if (layer && layer->get_layer_type() == e_layer_boxes)
-            visit(static_cast<const boxes_layer&>(*layer), i);
-    }
-}
 
 } // namespace Vantora_TesserinePro::cli

@@ -304,27 +304,48 @@ int build_frame(Global& global, render_host& host, const std::string& file) {
 
 namespace Vantora_TesserinePro::cli {
 
-std::optional<int> layer_choice::parse(const parsed_args& p, const std::string& command) {
-    if (!p.has_layer) return std::nullopt;
-    const char* first = p.layer.data();
-    const char* last = first + p.layer.size();
-    auto [end, ec] = std::from_chars(first, last, only);
-    if (p.layer.empty() || ec != std::errc() || end != last || only < 0)
-        return usage_error("--layer needs a layer index (0 is the bottom of the stack), not \"" +
-                               p.layer + "\"",
-                           command);
-    return std::nullopt;
-}
+int report_layers(const args& a, const std::string& command,
+                  const std::function<layer_part(const Global&, bool json)>& parts) {
+    parsed_args p = parse_args(command, a, {"--json"}, false, true);
+    if (p.done) return *p.done;
+    const bool json = !p.flags.empty();
+    if (p.positional.size() != 1) return usage_error(command + " takes one FILE", command);
+    long long only = -1;
+    if (p.has_layer) {
+        const char* last = p.layer.data() + p.layer.size();
+        auto [end, ec] = std::from_chars(p.layer.data(), last, only);
+        if (p.layer.empty() || ec != std::errc() || end != last || only < 0)
+            return usage_error(
+                "--layer needs a layer index (0 is the bottom of the stack), not \"" + p.layer +
+                    "\"",
+                command);
+    }
+    const std::string& file = p.positional[0];
+    Global global;
+    if (int status = load_for_request(global, file)) return status;
+    if (only >= 0) {
+        const auto layer = only < global.get_layers_count() ? global.get_layer(only) : nullptr;
+        if (!layer)
+            return file_error(file, "has no layer " + std::to_string(only) + " (it has " +
+                                        std::to_string(global.get_layers_count()) + ")");
+        if (layer->get_layer_type() != e_layer_boxes)
+            return file_error(file, "layer " + std::to_string(only) + " is not a screen layer");
+    }
 
-std::optional<int> layer_choice::check(const Global& global, const std::string& file) const {
-    if (only < 0) return std::nullopt;
-    const auto layer = only < global.get_layers_count() ? global.get_layer(only) : nullptr;
-    if (!layer)
-        return file_error(file, "has no layer " + std::to_string(only) + " (it has " +
-                                    std::to_string(global.get_layers_count()) + ")");
-    if (layer->get_layer_type() != e_layer_boxes)
-        return file_error(file, "layer " + std::to_string(only) + " is not a screen layer");
-    return std::nullopt;
+    const layer_part part = parts(global, json);
+    if (json) std::cout << "{\"layers\": [";
+    bool first = true;
+    for (long long i = 0; i < global.get_layers_count(); ++i) {
+        const auto layer = global.get_layer(i);
+        if ((only >= 0 && i != only) || !layer || layer->get_layer_type() != e_layer_boxes)
+            continue;
+        if (json) std::cout << (first ? "\n  " : ",\n  ");
+        std::cout << part(static_cast<const boxes_layer&>(*layer), i);
+        first = false;
+    }
+    if (json) std::cout << "\n]}\n";
+    std::cout << std::flush;
+    return exit_ok;
 }
 
 } // namespace Vantora_TesserinePro::cli

@@ -22,8 +22,8 @@ std::string plan_text(const boxes_layer& layer, long long index) {
     text += string_format(" %d A x %d %% x %d V = %lld W a circuit\n", layer.CircuitAmps,
                           layer.CircuitDerate, layer.PowerVolts, (long long)p.capacity_watts);
     for (const plan::circuit& c : p.circuits)
-        text += string_format("  circuit %d %s %s-%s %lld cabinets %s W %.2f A %.2f %%\n",
-                              c.number, plan::phase_name(c.phase).c_str(),
+        text += string_format("  circuit %d %s %s-%s %lld cabinets %s W %.2f A %.2f %%\n", c.number,
+                              plan::phase_name(c.phase).c_str(),
                               cabinet(c.first_column, c.first_row).c_str(),
                               cabinet(c.last_column, c.last_row).c_str(), (long long)c.cabinets,
                               plan::watts_text(c.quarter_watts).c_str(), c.amperes, c.percent);
@@ -37,11 +37,11 @@ std::string plan_text(const boxes_layer& layer, long long index) {
 
 std::string plan_json(const boxes_layer& layer, long long index) {
     const plan::power_plan p = plan::plan_power(layer);
-    std::string o = "{\"index\": " + std::to_string(index) +
-                    ", \"name\": " + json_string(layer.get_name()) +
-                    ", \"failed\": " + (p.failed ? "true" : "false") +
-                    ", \"message\": " + json_string(p.message) +
-                    ", \"capacity_watts\": " + std::to_string(p.capacity_watts) + ", \"circuits\": [";
+    std::string o =
+        "{\"index\": " + std::to_string(index) + ", \"name\": " + json_string(layer.get_name()) +
+        ", \"failed\": " + (p.failed ? "true" : "false") +
+        ", \"message\": " + json_string(p.message) +
+        ", \"capacity_watts\": " + std::to_string(p.capacity_watts) + ", \"circuits\": [";
     for (const plan::circuit& c : p.circuits)
         o += string_format("%s{\"circuit\": %d, \"phase\": \"%s\", \"first\": [%u, %u], "
                            "\"last\": [%u, %u], \"cabinets\": %lld, \"watts\": %s, "
@@ -62,27 +62,11 @@ std::string plan_json(const boxes_layer& layer, long long index) {
 } // namespace
 
 int cmd_power(const args& a) {
-    parsed_args p = parse_args("power", a, {"--json"}, false, true);
-    if (p.done) return *p.done;
-    const bool json = !p.flags.empty();
-    if (p.positional.size() != 1) return usage_error("power takes one FILE", "power");
-    layer_choice layers;
-    if (auto status = layers.parse(p, "power")) return *status;
-    const std::string& file = p.positional[0];
-    Global global;
-    if (int status = load_for_request(global, file)) return status;
-    if (auto status = layers.check(global, file)) return *status;
-
-    if (json) std::cout << "{\"layers\": [";
-    bool first = true;
-    layers.for_each(global, [&](const boxes_layer& screen, long long i) {
-        std::cout << (json ? (first ? "\n  " : ",\n  ") + plan_json(screen, i)
-                           : plan_text(screen, i));
-        first = false;
+    return report_layers(a, "power", [](const Global&, bool json) -> layer_part {
+        return [json](const boxes_layer& screen, long long i) {
+            return json ? plan_json(screen, i) : plan_text(screen, i);
+        };
     });
-    if (json) std::cout << "\n]}\n";
-    std::cout << std::flush;
-    return exit_ok;
 }
 
 } // namespace Vantora_TesserinePro::cli

@@ -89,31 +89,15 @@ std::string loads_json(const plan::layer_plan& l) {
 } // namespace
 
 int cmd_route(const args& a) {
-    parsed_args p = parse_args("route", a, {"--json"}, false, true);
-    if (p.done) return *p.done;
-    const bool json = !p.flags.empty();
-    if (p.positional.size() != 1) return usage_error("route takes one FILE", "route");
-    layer_choice layers;
-    if (auto status = layers.parse(p, "route")) return *status;
-    const std::string& file = p.positional[0];
-    Global global;
-    if (int status = load_for_request(global, file)) return status;
-    if (auto status = layers.check(global, file)) return *status;
-
-    const plan::processor_plan plan = plan::plan_processors(global, !json);
-    if (json) std::cout << "{\"layers\": [";
-    bool first = true;
-    layers.for_each(global, [&](const boxes_layer& screen, long long i) {
-        const plan::layer_plan& l = *plan.layer(i);
-        if (json)
-            std::cout << (first ? "\n  " : ",\n  ") << loads_json(l);
-        else
-            std::cout << route_line(l, screen);
-        first = false;
+    return report_layers(a, "route", [](const Global& global, bool json) -> layer_part {
+        // The text draws each route; JSON needs the loads only.
+        auto plan =
+            std::make_shared<const plan::processor_plan>(plan::plan_processors(global, !json));
+        return [plan, json](const boxes_layer& screen, long long i) {
+            const plan::layer_plan& l = *plan->layer(i);
+            return json ? loads_json(l) : route_line(l, screen);
+        };
     });
-    if (json) std::cout << "\n]}\n";
-    std::cout << std::flush;
-    return exit_ok;
 }
 
 } // namespace Vantora_TesserinePro::cli
