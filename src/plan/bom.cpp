@@ -150,7 +150,8 @@ bill_of_materials make_bom(const Global& global) {
         };
         const std::int64_t spares = (k.spare_percents + 99) / 100;
         const std::int64_t half_quarters = k.quarters - k.full * 4;
-        bom.rows.push_back({"cabinet", name, k.full, unit, weigh(double(k.full)), ""});
+        bom.rows.push_back(
+            {"cabinet", name, k.full, unit, weigh(double(k.full)), unit ? "" : "weight not given"});
         if (k.half)
             bom.rows.push_back(
                 {"half cabinet", name, k.half, weigh(0.5), weigh(double(half_quarters) / 4),
@@ -246,7 +247,9 @@ std::string bom_line(const bill_of_materials& bom) {
         return grouped(n) + " " + thing + (n == 1 ? "" : "s");
     };
     return counted(t.cabinets, "cabinet") + " \u00b7 " + weight + " \u00b7 " +
-           counted(t.ports + t.backup_ports, "port") + " \u00b7 " + counted(t.circuits, "circuit");
+           counted(t.ports, "port") +
+           (t.backup_ports ? " + " + grouped(t.backup_ports) + " backup" : "") + " \u00b7 " +
+           counted(t.circuits, "circuit");
 }
 
 } // namespace Vantora_TesserinePro::plan

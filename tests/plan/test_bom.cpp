@@ -48,7 +48,7 @@ TEST_F(bom_test, RowsAndTotals) {
               "\"1 halved both ways, a quarter each\"\r\n"
               "spare cabinet,\"10 x 10 px, 500 x 500 mm, pitch 50.00 mm\",2,7.5,15,"
               "not in the hung weight\r\n"
-              "cabinet,\"20 x 20 px, 250 x 250 mm, pitch 12.50 mm\",3,,,\r\n"
+              "cabinet,\"20 x 20 px, 250 x 250 mm, pitch 12.50 mm\",3,,,weight not given\r\n"
               "data cable,main port,4,,,one a port\r\n"
               "data jumper,cabinet to cabinet,14,,,within a chain\r\n"
               "power feed,circuit,4,,,one a circuit\r\n"
@@ -131,6 +131,8 @@ TEST_F(bom_test, ProcessorsAndBackups) {
                                  "data cable|backup port|2|one a port\n";
     EXPECT_EQ(rows(), expected);
     const plan::bom_totals t = plan::make_bom(global).totals;
+    EXPECT_NE(plan::bom_line(plan::make_bom(global)).find("3 ports + 2 backup \u00b7 "),
+              std::string::npos);
     EXPECT_EQ(std::tie(t.ports, t.backup_ports),
               std::make_tuple(std::int64_t(plan.main_ports()), std::int64_t(plan.backup_ports())));
 
