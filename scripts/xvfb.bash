@@ -211,3 +211,34 @@ check() {
   shift
   if "$@"; then passed=$((passed + 1)); else echo "FAIL: $what" >&2; failed=$((failed + 1)); fi
 }
+
+# answer_save FILE: the save dialog answered with FILE (in $WORK); waits for
+# the file.
+answer_save() {
+  wait_for "the save dialog" "${DEADLINE:-120}" has_window "^Save As" || return 1
+  xdotool windowfocus --sync "$(window_id "^Save As")" 2>/dev/null
+  xdotool type --delay 5 "$WORK/$1" && xdotool key Return
+  wait_for "$1" "${DEADLINE:-120}" test -s "$1"
+}
+# save_by KEYS FILE: the command of KEYS in the main window answered with FILE.
+save_by() {
+  rm -f "$2"
+  xdotool windowfocus --sync "$WID" 2>/dev/null
+  xdotool key "$1"
+  answer_save "$2"
+}
+# opened_as_rendered FILE: FILE opened with Ctrl+O (reading a project
+# switches the raster label on), the canvas's image (Alt+S) is the command
+# line's render of it. Counted with check.
+opened_as_rendered() {
+  xdotool windowfocus --sync "$WID" 2>/dev/null
+  xdotool key ctrl+o
+  wait_for "the open dialog" "${DEADLINE:-120}" has_window "^Open" &&
+    xdotool windowfocus --sync "$(window_id "^Open")" 2>/dev/null &&
+    xdotool type --delay 5 "$WORK/$1" && xdotool key Return
+  check "opened" wait_for "the end of the open dialog" "${DEADLINE:-120}" eval '! has_window "^Open"'
+  "$BIN" render "$1" -o expected.png 2>/dev/null
+  check "exported" save_by alt+s frame.png
+  check "the canvas's frame is the command line's" \
+    wait_for "the PNG" "${DEADLINE:-120}" cmp -s frame.png expected.png
+}
