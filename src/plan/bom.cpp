@@ -167,7 +167,10 @@ bill_of_materials make_bom(const Global& global) {
         else
             t.unknown_weight_cabinets += k.full + k.half;
     }
-    for (const auto& [model, units] : processors.models) {
+    for (const auto& by_model : processors.models) {
+        // Plain names: clang 14 cannot capture structured bindings in a lambda.
+        const std::string& model = by_model.first;
+        const int units = by_model.second;
         const auto spare =
             std::count_if(processors.units.begin(), processors.units.end(),
                           [&](const unit_plan& u) { return u.model == model && u.mirrors != 0; });
